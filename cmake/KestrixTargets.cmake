@@ -1,0 +1,66 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# What every target of the project has in common.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# The application looks for the folder kestrix/ of plug-ins beside itself, in the build tree as when installed.
+set(KESTRIX_BIN_DIR "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${KESTRIX_BIN_DIR}")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+set(KESTRIX_INSTALL_APPDIR "${CMAKE_INSTALL_LIBDIR}/kestrix")
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+add_library(kestrix_options INTERFACE)
+target_compile_definitions(
+    kestrix_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+                              QT_STRICT_ITERATORS QT_MESSAGELOGCONTEXT)
+if(MSVC)
+    target_compile_options(kestrix_options INTERFACE /W4 /utf-8 /fp:precise)
+else()
+    # Numbers must not depend on the processor: no fused multiply-add where the source has two operations.
+    target_compile_options(kestrix_options INTERFACE -Wall -Wextra -Wpedantic -ffp-contract=off)
+    if(KESTRIX_WERROR)
+        target_compile_options(kestrix_options INTERFACE -Werror)
+    endif()
+endif()
+if(KESTRIX_SANITIZE)
+    target_compile_options(kestrix_options INTERFACE -fsanitize=${KESTRIX_SANITIZE} -fno-omit-frame-pointer
+                                                     -fno-sanitize-recover=all)
+    target_link_options(kestrix_options INTERFACE -fsanitize=${KESTRIX_SANITIZE})
+endif()
+
+# kestrix_add_layer(NAME SOURCES ... LINKS ...)
+# A static library of one folder. Its own folder is its only include directory, so that a class can only be
+# included by the layers that link it.
+function(kestrix_add_layer name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_include_directories(${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
+    target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE kestrix_options ${ARG_PRIVATE_LINKS})
+endfunction()
+
+# kestrix_add_plugin(NAME KIND instrument|mapper|trigger SOURCES ... LINKS ...)
+# A plug-in library in kestrix/<KIND>/ beside the application.
+function(kestrix_add_plugin name)
+    cmake_parse_arguments(ARG "" "KIND" "SOURCES;LINKS" ${ARGN})
+    add_library(${name} MODULE ${ARG_SOURCES})
+    target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+    target_link_libraries(${name} PRIVATE kestrix-plugin-api kestrix_options ${ARG_LINKS})
+    set_target_properties(
+        ${name}
+        PROPERTIES LIBRARY_OUTPUT_DIRECTORY "${KESTRIX_BIN_DIR}/kestrix/${ARG_KIND}"
+                   PREFIX ""
+                   INSTALL_RPATH "$ORIGIN/../../..")
+    install(TARGETS ${name} LIBRARY DESTINATION "${KESTRIX_INSTALL_APPDIR}/kestrix/${ARG_KIND}")
+endfunction()

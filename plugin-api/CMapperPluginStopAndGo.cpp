@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+#include "CMapperPluginStopAndGo.h"
+
+CMapperPluginStopAndGo::CMapperPluginStopAndGo(QObject* parent) : CMapperPlugin(parent)
+{
+    MapperType = kStopAndGo;
+}
