@@ -224,7 +224,8 @@ void CMeasurementOperationViewModel::followFailedLoad()
 {
     m_operation->Reset();
     pointDataSetAtLiveParameters();
-    qWarning() << "Error while loading file:" << recordingManager()->XMLResultsSerializer()->ErrorMessage();
+    qWarning().noquote() << "Error while loading file:"
+                         << recordingManager()->XMLResultsSerializer()->ErrorMessage();
     CUtils::ShowError(tr("Could not load file"), tr("The file is not a valid Norvane XML measurement file"));
 }
 
