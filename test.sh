@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds and runs all tests without a display: first as developers build, then under
+# AddressSanitizer and UndefinedBehaviorSanitizer.
+#   ./test.sh [dev] [asan]     only these presets
+set -euo pipefail
+cd "$(dirname "$0")"
+
+presets=("$@")
+[ ${#presets[@]} -gt 0 ] || presets=(dev asan)
+jobs=$(nproc)
+
+scripts/install-packages.sh
+for preset in "${presets[@]}"; do
+    echo "== $preset: build"
+    cmake --preset "$preset" >/dev/null
+    cmake --build --preset "$preset" -j "$jobs"
+done
+for preset in "${presets[@]}"; do
+    echo "== $preset: test"
+    scripts/with-display.sh ctest --preset "$preset" -j "$jobs" --timeout 300
+done
