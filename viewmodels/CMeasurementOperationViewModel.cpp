@@ -11,6 +11,7 @@
 #include "Property.h"
 
 #include <QDateTime>
+#include <QDebug>
 #include <QFileDialog>
 #include <QRegExp>
 #include <QSharedPointer>
