@@ -144,9 +144,11 @@ void CConnectionPageViewModel::OnInstrumentListUpdated()
     for (const QSharedPointer<CInstrument>& instrument : instruments) {
         m_connectedInstruments.Append(instrument);
         m_instrumentNames << label(instrument->Name(), instrument->SerialNumber());
-        storedIsAvailable = storedIsAvailable || instrument->SerialNumber() == stored->SerialNumber();
+        storedIsAvailable =
+            storedIsAvailable || instrument->SerialNumber() == stored->InstrumentSerialNumber();
     }
-    if (!storedIsAvailable && !stored->Name().isEmpty() && !stored->SerialNumber().isEmpty())
+    if (!storedIsAvailable && !stored->InstrumentName().isEmpty() &&
+        !stored->InstrumentSerialNumber().isEmpty())
         m_instrumentNames << StoredInstrumentLabel();
 
     emit InstrumentNamesChanged(m_instrumentNames);
@@ -207,7 +209,7 @@ void CConnectionPageViewModel::OnConnectionPageParametersChanged()
 QString CConnectionPageViewModel::StoredInstrumentLabel() const
 {
     const CConnectionPageSettings* stored = m_supervisor->ConnectionPageSettings();
-    return label(stored->Name(), stored->SerialNumber());
+    return label(stored->InstrumentName(), stored->InstrumentSerialNumber());
 }
 
 void CConnectionPageViewModel::UpdateActiveInstrumentIndex()
