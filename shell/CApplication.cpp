@@ -9,6 +9,7 @@
 #include "SettingsDirectoryPath.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QEventLoop>
 #include <QFontDatabase>
 #include <QIcon>
@@ -157,7 +158,7 @@ void CApplication::LoadFonts()
         {QStringLiteral(":/Resources/Fonts/OxygenMono-Regular.ttf"), "Load font Oxygen Mono Regular. ID :"},
     };
     for (const Font& font : fonts)
-        qCDebug(m_loggingCategory) << font.text << QFontDatabase::addApplicationFont(font.path);
+        qCDebug(m_loggingCategory, "%s %d", font.text, QFontDatabase::addApplicationFont(font.path));
 }
 
 void CApplication::SetContextProperties()

@@ -37,6 +37,8 @@ private:
         return result;
     }
 
+    static QStringList lines(const char* text) { return QString::fromLatin1(text).split(QLatin1Char('|')); }
+
     static QStringList texts(const CLogMessageList& list)
     {
         QStringList result;
@@ -60,6 +62,7 @@ void tst_CLogMessageList::messageSurface()
 
 void tst_CLogMessageList::messageSettersEmitOnChange()
 {
+    qRegisterMetaType<CLogMessage::eLevel>();
     CLogMessage message;
     QCOMPARE(message.Level(), CLogMessage::DEBUG);
     QCOMPARE(message.Message(), QString());
@@ -170,7 +173,7 @@ void tst_CLogMessageList::dropsOneOldRowAtTheLimit()
     QCOMPARE(removed.count(), 0);
     list.Append(message(QStringLiteral("d")));
 
-    QCOMPARE(texts(list), QStringList({"b", "c", "d"}));
+    QCOMPARE(texts(list), lines("b|c|d"));
     QCOMPARE(removed.count(), 1);
     QCOMPARE(removed.at(0).at(1).toInt(), 0);
     QCOMPARE(removed.at(0).at(2).toInt(), 0);
@@ -189,7 +192,7 @@ void tst_CLogMessageList::loweredLimitDoesNotShorten()
         list.Append(message(QLatin1String(text)));
     m_settings.SetLogMaxHistoryCount(1);
     list.Append(message(QStringLiteral("d")));
-    QCOMPARE(texts(list), QStringList({"b", "c", "d"}));
+    QCOMPARE(texts(list), lines("b|c|d"));
     m_settings.SetLogMaxHistoryCount(200);
 }
 
