@@ -42,7 +42,7 @@ protected:
     virtual AcquisitionPacing Pacing() const = 0;
     /// Rate of a block in IMMEDIATE mode, which is reported to the application.
     virtual double ImmediateRate(const AcquisitionParameters& parameters) const = 0;
-    /// A run begins; blocks are to come from the beginning. Not called again in IMMEDIATE mode.
+    /// A run begins, in IMMEDIATE mode with every start after the blocks asked for were delivered.
     virtual void PrepareRun() {}
     /// The parameters were taken over.
     virtual void ParametersApplied(CMeasurementParameters& /*parameters*/) {}
