@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ApplicationDirPath.h"
 #include "CApplication.h"
+#include "InitResources.h"
 #include "ProductInfo.h"
 
 #include <QApplication>
@@ -21,6 +22,7 @@ int main(int argc, char* argv[])
     format.setDepthBufferSize(24);
     QSurfaceFormat::setDefaultFormat(format);
 
+    InitResources();
     QApplication application(argc, argv);
     // The main thread is the measuring thread too.
     QThread::currentThread()->setPriority(QThread::HighPriority);
