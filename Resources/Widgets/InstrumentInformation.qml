@@ -10,6 +10,8 @@ import "../Utils/Style.js" as Style
 ScrollView {
     id: information
 
+    readonly property int factLabelWidth: 150
+
     clip: true
     contentWidth: availableWidth
     ScrollBar.vertical.policy: ScrollBar.AlwaysOn
@@ -104,41 +106,49 @@ ScrollView {
             contentSpacing: 5
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Manufacturer")
                 value: ConnectionPageViewModel.Manufacturer
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Model")
                 value: ConnectionPageViewModel.Model
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Serial number")
                 value: ConnectionPageViewModel.SerialNumber
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Electronics version")
                 value: ConnectionPageViewModel.ElectronicsVersion
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Firmware version")
                 value: ConnectionPageViewModel.FirmwareVersion
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Probe version")
                 value: ConnectionPageViewModel.ProbeVersion
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Manufacturing date")
                 value: ConnectionPageViewModel.ManufacturingDate
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Calibration date")
                 value: ConnectionPageViewModel.CalibrationDate
                 valueColor: ConnectionPageViewModel.CalibrationOutOfDate ? "red" : Style.TextDarkColor
