@@ -41,10 +41,12 @@ constexpr Shape kShapes[]{
     {"10 Hz, blocks of 10", 100000000, 10},
 };
 
-double bestOf(const std::function<void()>& work)
+double bestOf(
+    const std::function<void()>& work, const std::function<void()>& prepare = [] {})
 {
     double best = HUGE_VAL;
     for (int run = 0; run < kRuns; ++run) {
+        prepare();
         QElapsedTimer timer;
         timer.start();
         work();
@@ -176,12 +178,13 @@ void measure(const Shape& shape, const CSettings& settings, const QString& direc
     manager.DataSet()->Clear();
 
     const double walkMs = bestOf([&] { walk(path); });
-    const double loadMs = bestOf([&] {
-        manager.DataSet()->Clear();
-        QFile file(path);
-        file.open(QIODevice::ReadOnly);
-        manager.XMLResultsSerializer()->ReadMeasurement(&file, *manager.DataSet());
-    });
+    const double loadMs = bestOf(
+        [&] {
+            QFile file(path);
+            file.open(QIODevice::ReadOnly);
+            manager.XMLResultsSerializer()->ReadMeasurement(&file, *manager.DataSet());
+        },
+        [&] { manager.DataSet()->Clear(); });
     manager.DataSet()->Clear();
     const size_t before = allocatedBytes();
     manager.Load(path);
