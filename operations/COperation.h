@@ -89,4 +89,5 @@ private:
     QString m_name;
     bool m_isSessionInProgress = false;
     COperationParameters m_operationParameters;
+    QMetaObject::Connection m_instrumentDestroyed;
 };

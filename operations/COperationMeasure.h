@@ -47,11 +47,11 @@ public:
     Q_INVOKABLE void clearLimitsFile();
     /// Number of bands of the limits.
     Q_INVOKABLE int getLimitsCount() const;
-    /// Upper end of a band, Hz. The index must be one of the bands.
+    /// Upper end of a band, Hz. 0 for an index that is none.
     Q_INVOKABLE double getFrequency(int index) const;
     /// Largest frequency of the instrument, Hz; -1 without an instrument.
     Q_INVOKABLE double getMaxFrequency() const;
-    /// Limit of a band, in the display unit. The index must be one of the bands.
+    /// Limit of a band, in the display unit. 0 for an index that is none.
     Q_INVOKABLE double getExposure(int index) const;
 
 public slots:

@@ -32,9 +32,16 @@ public:
     const CLimitsParameters* LimitsParameters() const { return &m_limitsParameters; }
     CReplayParameters* ReplayParameters() { return &m_replayParameters; }
     CAlarmParametersMeter* AlarmParametersMeter() { return &m_alarmParametersMeter; }
+    const CAlarmParametersMeter* AlarmParametersMeter() const { return &m_alarmParametersMeter; }
     CAlarmParametersSpectrum* AlarmParametersSpectrum() { return &m_alarmParametersSpectrum; }
+    const CAlarmParametersSpectrum* AlarmParametersSpectrum() const { return &m_alarmParametersSpectrum; }
     CAlarmParametersAcAnalysis* AlarmParametersAcAnalysis() { return &m_alarmParametersAcAnalysis; }
+    const CAlarmParametersAcAnalysis* AlarmParametersAcAnalysis() const
+    {
+        return &m_alarmParametersAcAnalysis;
+    }
     CAlarmParametersMapping* AlarmParametersMapping() { return &m_alarmParametersMapping; }
+    const CAlarmParametersMapping* AlarmParametersMapping() const { return &m_alarmParametersMapping; }
 
 private:
     CMeasurementParameters m_measurementParameters;

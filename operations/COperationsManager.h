@@ -25,7 +25,7 @@ public:
     /// Whether the active operation may be left for `next` (null: for none); asks the user when data would be
     /// lost.
     bool ChangeOperationAllowed(const COperation* next) const;
-    /// Ends the active operation, if it is another one, and activates `operation`.
+    /// Ends the active operation, if it is another one, and activates `operation`, which must not be null.
     void SetActiveOperation(COperation* operation);
     void LeaveActiveOperation();
     /// Null while none is active.

@@ -5,7 +5,6 @@
 #include "CReplayParametersViewModel.h"
 
 class CDataSetMeasurement;
-class CMeasureBlock;
 class CMeasurementParameters;
 class COperationMeasure;
 class CRecordingManagerMeasure;
@@ -73,8 +72,6 @@ protected:
     CMeasurementParameters* liveParameters() const;
 
     void pointDataSetAtLiveParameters();
-    /// Stored blocks are on screen, and neither a replay nor a record runs.
-    bool isShowingStoredBlocks() const;
     /// Opens the replay box for the whole dataset, its last block being the current one.
     void openReplayRange();
     /// Undoes all connections with operation, parameters, dataset and recording manager. The replay box stays
@@ -85,6 +82,10 @@ private:
     void takeDisplayUnitsOfLiveParameters();
     void beginSession();
     void endRecord();
+    void followLoad();
+    void followFailedLoad();
+    bool askToQuitOperation() const;
+    QString inDefaultStorage(const QString& fileName) const;
 
     COperationMeasure* const m_operation;
     CSettings* const m_settings;

@@ -6,11 +6,10 @@
 #include "CMeterOperationDatasetViewModel.h"
 
 #include <QDateTime>
-#include <QList>
-#include <QQuaternion>
 #include <QSharedPointer>
 #include <QStringList>
 #include <QTimer>
+#include <QVector>
 
 /// The meter page. Turns each block of the measure operation, live or replayed, into what the page shows: the
 /// values of its last sample with their maxima, the compass, the arrows of field and rotation, and the table.
@@ -179,6 +178,7 @@ private:
     void processBlock(const BlockPointer& block, TableRows tableRows);
     void convertUncertainty(const CMeasureBlock& block) const;
     void updateLastBlockValues(const CMeasureBlock& block);
+    void raiseMaximum(double& maximum, double value, void (CMeterOperationViewModel::*changed)(double));
     void updateCompass(const CMeasureBlock& block);
     void redoCompass();
     void clearCompass();
@@ -186,7 +186,6 @@ private:
     void updateFieldArrow();
     void updateRotationArrow(const CMeasureBlock& block);
     void setCommentBlock(const QString& comment);
-    void setNewMeasureReady(bool ready);
     void setRotVisible(bool visible);
 
     void appendSmallBlocks(const CMeasureBlock& block);
@@ -222,9 +221,9 @@ private:
     bool m_rotVisible = false;
     Rotation m_rotationArrow;
 
-    QList<BlockPointer> m_smallBlocks; ///< pieces that wait for their time; done with once all were shown
-    int m_smallBlockIndex = 0;         ///< next piece
-    QDateTime m_firstSampleTime;       ///< of the replayed block, whose first piece begins a new table
+    QVector<BlockPointer> m_smallBlocks; ///< pieces that wait for their time; done with once all were shown
+    int m_smallBlockIndex = 0;           ///< next piece
+    QDateTime m_firstSampleTime;         ///< of the replayed block, whose first piece begins a new table
     quint32 m_firstSampleNanoseconds = 0;
     QTimer m_smallBlockTimer;
     double m_timeWarp = 1.0;
