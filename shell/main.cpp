@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ApplicationDirPath.h"
 #include "CApplication.h"
+#include "InitResources.h"
 #include "ProductInfo.h"
 
 #include <QApplication>
@@ -24,6 +25,7 @@ int main(int argc, char* argv[])
     QApplication application(argc, argv);
     // The main thread is the measuring thread too.
     QThread::currentThread()->setPriority(QThread::HighPriority);
+    InitResources();
     ApplicationDirPath = QCoreApplication::applicationDirPath();
     CApplication* kestrix = CApplication::Instance();
     kestrix->Initialize();
