@@ -22,10 +22,10 @@ int main(int argc, char* argv[])
     format.setDepthBufferSize(24);
     QSurfaceFormat::setDefaultFormat(format);
 
-    InitResources();
     QApplication application(argc, argv);
     // The main thread is the measuring thread too.
     QThread::currentThread()->setPriority(QThread::HighPriority);
+    InitResources();
     ApplicationDirPath = QCoreApplication::applicationDirPath();
     CApplication* kestrix = CApplication::Instance();
     kestrix->Initialize();
