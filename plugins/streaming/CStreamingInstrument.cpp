@@ -36,6 +36,7 @@ void CStreamingInstrument::StartMeasurement()
     ++m_session;
     PrepareRun();
     startThread();
+    SetStatusString(tr("Measuring"));
     SetIsRunning(true);
 }
 
@@ -43,6 +44,8 @@ void CStreamingInstrument::StopMeasurement()
 {
     ++m_session;
     joinThread();
+    if (IsRunning())
+        SetStatusString(tr("Ready"));
     SetIsRunning(false);
 }
 
