@@ -187,7 +187,7 @@ void CApplication::WaitForInstrumentList()
 {
     QEventLoop loop;
     connect(&m_supervisor, &CInstrumentSupervisor::AvailableInstrumentUpdated, &loop, &QEventLoop::quit);
-    QTimer::singleShot(kInstrumentListTimeoutMs, &loop, &QEventLoop::quit);
+    QTimer::singleShot(kInstrumentListTimeoutMs, Qt::PreciseTimer, &loop, &QEventLoop::quit);
     loop.exec();
 }
 
