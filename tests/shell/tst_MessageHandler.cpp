@@ -281,12 +281,10 @@ void tst_MessageHandler::messagesOfOtherThreads()
     constexpr int kThreads = 4;
     constexpr int kMessages = 250;
     int onOtherThreads = 0;
-    connect(
-        list(), &QAbstractItemModel::rowsInserted, this,
-        [&] { onOtherThreads += QThread::currentThread() == thread() ? 0 : 1; }, Qt::DirectConnection);
-    connect(
-        main(), &CMainViewModel::LastLogMessagesChanged, this,
-        [&] { onOtherThreads += QThread::currentThread() == thread() ? 0 : 1; }, Qt::DirectConnection);
+    const auto checkThread = [&] { onOtherThreads += QThread::currentThread() == thread() ? 0 : 1; };
+    const QObject listeners;
+    connect(list(), &QAbstractItemModel::rowsInserted, &listeners, checkThread, Qt::DirectConnection);
+    connect(main(), &CMainViewModel::LastLogMessagesChanged, &listeners, checkThread, Qt::DirectConnection);
     const int row = list()->rowCount();
 
     std::vector<std::thread> threads;
