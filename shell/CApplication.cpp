@@ -106,6 +106,8 @@ CApplication::CApplication(QObject* parent)
 CApplication::~CApplication()
 {
     qDebug() << "CApplication destructor";
+    // The windows go before the models that they are bound to.
+    qDeleteAll(m_engine.rootObjects());
     if (instance == this)
         forgetInstance();
 }

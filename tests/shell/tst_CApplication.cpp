@@ -52,6 +52,7 @@ private slots:
     void quitSavesTheParameters();
     void quitStopsThePlugins();
     void quitFromTheTray();
+    void windowsGoBeforeTheModels();
     void goneAfterQuit();
 
 private:
@@ -422,6 +423,31 @@ void tst_CApplication::quitFromTheTray()
     QVERIFY(!tray);
     QVERIFY(!menu);
     QVERIFY(!action);
+}
+
+void tst_CApplication::windowsGoBeforeTheModels()
+{
+    usePlugins("");
+    start();
+    QStringList warnings;
+    connect(m_application->QmlEngine(), &QQmlEngine::warnings, this, [&](const QList<QQmlError>& errors) {
+        for (const QQmlError& error : errors)
+            warnings << error.toString();
+    });
+    m_application->QmlEngine()->loadData(
+        "import QtQml 2.15\n"
+        "QtObject {\n"
+        "    property string line: MainViewModel.LastLogMessages\n"
+        "    property string page: ActivePageViewModel.Name\n"
+        "    property bool active: InstrumentSupervisor.HasActiveInstrument\n"
+        "    property bool meter: Settings.EnableMeterMode\n"
+        "}\n");
+    const QPointer<QObject> root = m_application->QmlEngine()->rootObjects().value(0);
+    QVERIFY(root);
+    QCOMPARE(root->property("page").toString(), QStringLiteral("Connection"));
+    quit();
+    QVERIFY(!root);
+    QCOMPARE(warnings, QStringList());
 }
 
 void tst_CApplication::goneAfterQuit()
