@@ -317,8 +317,10 @@ void tst_COperationMeasure::blocksOfAnotherThread()
     m_fixture->supervisor.SetActiveInstrument(m_fixture->supervisor.AvailableInstruments().last());
 
     bool isAlwaysMainThread = true;
-    connect(m_operation.get(), &COperationMeasure::NewMeasure, m_operation.get(),
-            [&] { isAlwaysMainThread = isAlwaysMainThread && QThread::currentThread() == qApp->thread(); });
+    connect(m_operation.get(), &COperationMeasure::NewMeasure, m_operation.get(), [&] {
+        isAlwaysMainThread =
+            isAlwaysMainThread && QThread::currentThread() == QCoreApplication::instance()->thread();
+    });
     m_operation->Activate();
     m_operation->Activate();
     m_operation->StartSession();
