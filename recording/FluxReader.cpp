@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -58,15 +59,28 @@ int FluxReader::read(const QString& text, CMeasureBlock& block)
 void FluxReader::splitAtCharacter(const QString& text)
 {
     const QChar separator = m_separator[0];
+    const auto isSeparator = [separator](QChar character) {
+        return character == separator || character == QLatin1Char('\n');
+    };
+    // A plain number ends at the next separator, unless that can be part of a number.
+    const bool canReadNumbersInPlace = !QStringLiteral("+-.").contains(separator);
     const QChar* const end = text.constData() + text.size();
     const QChar* tokenBegin = text.constData();
-    for (const QChar* position = tokenBegin; position != end; ++position) {
-        if (*position == separator || *position == QLatin1Char('\n')) {
-            readToken(QStringView(tokenBegin, position));
-            tokenBegin = position + 1;
+    for (;;) {
+        const QChar* tokenEnd = tokenBegin;
+        double value = 0;
+        if (canReadNumbersInPlace && isAtValue() && readPlainDecimal(tokenEnd, end, value) &&
+            (tokenEnd == end || isSeparator(*tokenEnd))) {
+            setValue(static_cast<tFlux>(value));
+            finishColumn();
+        } else {
+            tokenEnd = std::find_if(tokenBegin, end, isSeparator);
+            readToken(QStringView(tokenBegin, tokenEnd));
         }
+        if (tokenEnd == end)
+            return;
+        tokenBegin = tokenEnd + 1;
     }
-    readToken(QStringView(tokenBegin, end));
 }
 
 void FluxReader::splitAtPattern(const QString& text)
@@ -87,41 +101,59 @@ void FluxReader::splitAtPattern(const QString& text)
 
 void FluxReader::readToken(QStringView token)
 {
+    if (m_column == TimestampColumn)
+        startSample(token);
+    else if (m_column == TemperatureColumn)
+        m_result->SetTemperature(toCount(token));
+    else
+        setValue(toFluxValue(token));
+    finishColumn();
+}
+
+void FluxReader::startSample(QStringView timestamp)
+{
+    constexpr tFlux kNotANumber = std::numeric_limits<tFlux>::quiet_NaN();
+    auto result = QSharedPointer<CFieldIntensityResult>::create();
+    m_result = result.data();
+    m_result->SetDB(kNotANumber);
+    m_result->SetDBConverted(kNotANumber);
+    m_timestampParser.parse(timestamp, *m_result);
+    m_block->Results.append(std::move(result));
+}
+
+void FluxReader::setValue(tFlux value)
+{
     switch (m_column) {
-    case TimestampColumn: {
-        constexpr tFlux kNotANumber = std::numeric_limits<tFlux>::quiet_NaN();
-        auto result = QSharedPointer<CFieldIntensityResult>::create();
-        m_result = result.data();
-        m_block->Results.append(result);
-        m_result->SetDB(kNotANumber);
-        m_result->SetDBConverted(kNotANumber);
-        m_timestampParser.parse(token, *m_result);
-        break;
-    }
     case BColumn:
-        m_result->SetB(toFluxValue(token));
+        m_result->SetB(value);
         break;
     case BBprimeColumn:
-        m_result->SetBBprime(toFluxValue(token));
+        m_result->SetBBprime(value);
         break;
     case BxColumn:
-        m_result->SetBx(toFluxValue(token));
+        m_result->SetBx(value);
         break;
     case ByColumn:
-        m_result->SetBy(toFluxValue(token));
+        m_result->SetBy(value);
         break;
     case BzColumn:
-        m_result->SetBz(toFluxValue(token));
-        break;
-    case TemperatureColumn:
-        m_result->SetTemperature(toCount(token));
+        m_result->SetBz(value);
         break;
     case dBColumn:
-        m_result->SetDB(toFluxValue(token));
+        m_result->SetDB(value);
         break;
     default:
         break;
     }
+}
+
+void FluxReader::finishColumn()
+{
     const int lastColumn = m_hasUncertaintyColumn ? dBColumn : TemperatureColumn;
     m_column = m_column == lastColumn ? TimestampColumn : m_column + 1;
+}
+
+bool FluxReader::isAtValue() const
+{
+    return m_column != TimestampColumn && m_column != TemperatureColumn;
 }

@@ -23,6 +23,10 @@ public:
 
 private:
     void readToken(QStringView token);
+    void startSample(QStringView timestamp);
+    void setValue(tFlux value);
+    void finishColumn();
+    bool isAtValue() const;
     void splitAtCharacter(const QString& text);
     void splitAtPattern(const QString& text);
 

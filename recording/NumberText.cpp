@@ -4,7 +4,7 @@
 #include <QString>
 
 #include <array>
-#include <cmath>
+#include <cstdlib>
 
 namespace {
 
@@ -35,11 +35,10 @@ int readDigits(const QChar*& position, const QChar* end, quint64& number)
     return static_cast<int>(position - first);
 }
 
-/// [-]digits[.digits][e[+-]digits] with few enough digits. False for everything else.
-bool readPlainDecimal(QStringView text, double& value)
+} // namespace
+
+bool readPlainDecimal(const QChar*& position, const QChar* end, double& value)
 {
-    const QChar* position = text.begin();
-    const QChar* const end = text.end();
     const bool isNegative = position != end && *position == QLatin1Char('-');
     if (isNegative)
         ++position;
@@ -70,7 +69,7 @@ bool readPlainDecimal(QStringView text, double& value)
             return false;
         exponent += isExponentNegative ? -static_cast<int>(number) : static_cast<int>(number);
     }
-    if (position != end || std::abs(exponent) > kMaxExactExponent)
+    if (std::abs(exponent) > kMaxExactExponent)
         return false;
 
     const double power = kPowersOf10[static_cast<size_t>(std::abs(exponent))];
@@ -80,12 +79,11 @@ bool readPlainDecimal(QStringView text, double& value)
     return true;
 }
 
-} // namespace
-
 tFlux toFluxValue(QStringView text)
 {
+    const QChar* position = text.begin();
     double value = 0;
-    if (readPlainDecimal(text, value))
+    if (readPlainDecimal(position, text.end(), value) && position == text.end())
         return static_cast<tFlux>(value);
     return text.toString().toFloat();
 }
