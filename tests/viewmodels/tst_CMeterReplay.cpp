@@ -48,6 +48,13 @@ MeterPointer makeMeterWithBlocks(MeasureFixture& f, int blocks)
     return meter;
 }
 
+/// Pieces of two samples as before, a third of a second each, so that a test can act between two of them.
+void slowDown(MeasureFixture& f)
+{
+    f.manager().SetTimeWarp(0.06);
+    f.manager().SetMinReplaySmallBlockDelayMillisecond(333);
+}
+
 QVector<int> upTo(int first, int last)
 {
     QVector<int> values;
@@ -86,13 +93,13 @@ void tst_CMeterReplay::blocksComeInPieces()
     TableLog log(*meter);
     meter->start();
     QTRY_VERIFY(!f.manager().IsPlayingBack());
-    // Spans of 20 ms are two samples. The piece of the last two begins at the last start, too late.
+    // Spans of 20 ms are two samples. The last piece may begin before 90 - 10 ms, so it begins at 60 ms and
+    // takes the rest.
     QVector<QVector<int>> expected;
     for (const int first : {0, 10}) {
         for (const int last : {1, 3, 5, 9})
             expected.append(upTo(first, first + last));
     }
-    // 0..80 every 20 ms lies before 90 - 10 up to 60: the fourth piece takes the rest.
     QCOMPARE(log.tables, expected);
     QCOMPARE(meter->BLastBlock(), 19.0);
     QCOMPARE(f.dataSet().MeasureBlocks()->front()->Results.size(), 10);
@@ -165,11 +172,12 @@ void tst_CMeterReplay::holdStopsThePieces()
 {
     MeasureFixture f;
     const MeterPointer meter = makeMeterWithBlocks(f, 1);
+    slowDown(f);
     TableLog log(*meter);
     meter->start();
     QTRY_COMPARE(log.tables.size(), 2);
     meter->hold();
-    QTest::qWait(100);
+    QTest::qWait(500);
     QCOMPARE(log.tables.size(), 2);
     QCOMPARE(meter->BLastBlock(), 3.0);
     meter->resume();
@@ -236,11 +244,12 @@ void tst_CMeterReplay::clearDropsThePieces()
 {
     MeasureFixture f;
     const MeterPointer meter = makeMeterWithBlocks(f, 1);
+    slowDown(f);
     TableLog log(*meter);
     meter->start();
     QTRY_COMPARE(log.tables.size(), 1);
     f.dataSet().Clear();
-    QTest::qWait(100);
+    QTest::qWait(500);
     QCOMPARE(log.tables.size(), 1);
     QCOMPARE(meter->BLastBlock(), 0.0);
 }
@@ -249,6 +258,7 @@ void tst_CMeterReplay::stopEndsThePieces()
 {
     MeasureFixture f;
     const MeterPointer meter = makeMeterWithBlocks(f, 3);
+    slowDown(f);
     TableLog log(*meter);
     meter->start();
     QTRY_COMPARE(log.tables.size(), 1);
@@ -256,7 +266,7 @@ void tst_CMeterReplay::stopEndsThePieces()
     // The last block of the dataset is shown whole, and no piece follows.
     QCOMPARE(log.tables.size(), 2);
     QCOMPARE(log.tables.last(), upTo(20, 29));
-    QTest::qWait(100);
+    QTest::qWait(500);
     QCOMPARE(log.tables.size(), 2);
 }
 
@@ -291,6 +301,7 @@ void tst_CMeterReplay::newPageInTheMiddle()
 {
     MeasureFixture f;
     MeterPointer meter = makeMeterWithBlocks(f, 2);
+    slowDown(f);
     {
         TableLog log(*meter);
         meter->start();
