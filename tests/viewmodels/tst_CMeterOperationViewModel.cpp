@@ -366,6 +366,7 @@ void tst_CMeterOperationViewModel::compassAtTheAxes()
     deliver(f, block);
     QCOMPARE(meter->CompasWidth(), 1.0);
     QCOMPARE(meter->CompasHeight(), 1.0);
+    QCOMPARE(drawnWidth, 1.0);
     QCOMPARE(meter->UpdateRightCompas(), sign > 0);
     QCOMPARE(meter->UpdateLeftCompas(), sign < 0);
     QCOMPARE(log.entries().mid(1, 5),
@@ -696,23 +697,27 @@ void tst_CMeterOperationViewModel::opensOnNothing()
 void tst_CMeterOperationViewModel::opensOnExistingData_data()
 {
     QTest::addColumn<bool>("playingBack");
+    QTest::addColumn<bool>("dataLoaded");
     QTest::addColumn<bool>("idleWithData");
     QTest::addColumn<bool>("recording");
     QTest::addColumn<int>("replayIndex");
     QTest::addColumn<double>("shown");
-    QTest::addRow("live") << false << false << false << 0 << 30.0;
-    QTest::addRow("recording") << false << false << true << 0 << 30.0;
-    QTest::addRow("recording over idle data") << false << true << true << 0 << 30.0;
-    QTest::addRow("replay at the first block") << true << false << false << 0 << 10.0;
-    QTest::addRow("replay in the middle") << true << false << false << 1 << 20.0;
-    QTest::addRow("replay beyond the end") << true << false << false << 7 << 30.0;
-    QTest::addRow("replay before the start") << true << false << false << -1 << 30.0;
-    QTest::addRow("stored data at rest") << false << true << false << 1 << 20.0;
+    QTest::addRow("live") << false << false << false << false << 0 << 30.0;
+    QTest::addRow("recording") << false << false << false << true << 0 << 30.0;
+    QTest::addRow("recording over idle data") << false << false << true << true << 0 << 30.0;
+    QTest::addRow("replay at the first block") << true << false << false << false << 0 << 10.0;
+    QTest::addRow("replay in the middle") << true << false << false << false << 1 << 20.0;
+    QTest::addRow("replay beyond the end") << true << false << false << false << 7 << 30.0;
+    QTest::addRow("replay before the start") << true << false << false << false << -1 << 30.0;
+    QTest::addRow("stored data at rest") << false << false << true << false << 1 << 20.0;
+    QTest::addRow("loaded record") << false << true << false << false << 1 << 20.0;
+    QTest::addRow("record over a loaded one") << false << true << false << true << 1 << 20.0;
 }
 
 void tst_CMeterOperationViewModel::opensOnExistingData()
 {
     QFETCH(bool, playingBack);
+    QFETCH(bool, dataLoaded);
     QFETCH(bool, idleWithData);
     QFETCH(bool, recording);
     QFETCH(int, replayIndex);
@@ -721,6 +726,7 @@ void tst_CMeterOperationViewModel::opensOnExistingData()
     for (const float b : {10.0F, 20.0F, 30.0F})
         f.operation.OnNewMeasure(makeBlock({field(0, 0, b)}, QString::number(double(b))));
     f.manager().SetIsPlayingBack(playingBack);
+    f.manager().SetIsDataLoaded(dataLoaded);
     f.manager().SetIsIdleWithData(idleWithData);
     f.manager().SetIsRecording(recording);
     f.manager().SetReplayIndex(replayIndex);
