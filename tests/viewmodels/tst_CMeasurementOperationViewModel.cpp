@@ -37,6 +37,18 @@ void storeData(MeasureFixture& f)
     f.manager().StopRecord();
 }
 
+void replaceInFile(const QString& path, const QByteArray& before, const QByteArray& after)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QByteArray text = file.readAll();
+    QVERIFY(text.contains(before));
+    text.replace(before, after);
+    file.resize(0);
+    file.seek(0);
+    file.write(text);
+}
+
 } // namespace
 
 class tst_CMeasurementOperationViewModel : public QObject
@@ -73,6 +85,7 @@ private slots:
     void loadEndsAReplay();
     void loadEndsARecordWithoutSession();
     void loadedUncertaintyUnitIsAnnounced();
+    void loadThatFailsLateLeavesTheLiveUnits();
     void loadOfAnInvalidFile();
     void openReplayRange();
 
@@ -523,20 +536,39 @@ void tst_CMeasurementOperationViewModel::loadedUncertaintyUnitIsAnnounced()
     MeasureFixture f;
     FakePage page(f);
     const QString path = f.writeRecord();
+    replaceInFile(path, "Units=G ", "Units=% ");
     DialogDriver dialogs;
     dialogs.pickNext(path);
     page.load();
-    const CUnits::UnitType unit = page.DisplayUncertaintyUnits();
-    QCOMPARE(unit, GetUncertaintyUnit(CUnits::GAUSS));
+    QCOMPARE(page.DisplayUncertaintyUnits(), CUnits::PERCENT);
 
     // The same record again: the unit is the same, and is announced nevertheless, once.
     PropertyLog log(&page);
     dialogs.pressNext(QMessageBox::Ok);
     dialogs.pickNext(path);
     page.load();
-    QCOMPARE(page.DisplayUncertaintyUnits(), unit);
+    QCOMPARE(page.DisplayUncertaintyUnits(), CUnits::PERCENT);
     QCOMPARE(log.count(QStringLiteral("DisplayUncertaintyUnits")), 1);
     QVERIFY(dialogs.isDone());
+}
+
+void tst_CMeasurementOperationViewModel::loadThatFailsLateLeavesTheLiveUnits()
+{
+    MeasureFixture f;
+    FakePage page(f);
+    const QString path = f.writeRecord();
+    // A second dataset of a kind that does not exist, behind blocks and parameters in gauss.
+    replaceInFile(path, "</dataset>", "</dataset><dataset type=\"other\" ver=\"1.2\"></dataset>");
+    DialogDriver dialogs;
+    dialogs.pickNext(path);
+    dialogs.pressNext(QMessageBox::Ok);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^Error while loading file:")));
+    page.load();
+    QVERIFY(dialogs.isDone());
+    QVERIFY(f.manager().IsDataSetEmpty());
+    QCOMPARE(f.dataSet().MeasurementParameters(), &f.parameters());
+    QCOMPARE(page.DisplayUnits(), CUnits::MICRO_TESLA);
+    QCOMPARE(page.DisplayUncertaintyUnits(), CUnits::MICRO_TESLA);
 }
 
 void tst_CMeasurementOperationViewModel::loadOfAnInvalidFile()

@@ -359,6 +359,13 @@ void tst_CMeterOperationViewModel::compassAtTheAxes()
     MeasureFixture f;
     const MeterPointer meter = makeMeter(f);
     meter->SetSelectedProbeAxisIndex(axis);
+    double drawnWidth = 0;
+    const auto draw = [&](bool update) {
+        if (update)
+            drawnWidth = meter->CompasWidth();
+    };
+    connect(meter.get(), &CMeterOperationViewModel::UpdateLeftCompasChanged, this, draw);
+    connect(meter.get(), &CMeterOperationViewModel::UpdateRightCompasChanged, this, draw);
     const float value = 48 * sign;
     const auto block =
         makeBlock({field(axis == 0 ? value : 0, axis == 1 ? value : 0, axis == 2 ? value : 0)});

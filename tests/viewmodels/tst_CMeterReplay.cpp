@@ -75,10 +75,12 @@ private slots:
     void blockIsReleasedBehindItsLastPiece();
     void piecesKeepTheirPace();
     void slowReplayCutsSampleBySample();
+    void piecesWithinAMillisecond();
     void holdStopsThePieces();
     void releaseWithoutPiecesDoesNothing();
     void stepByStepShowsWholeBlocks();
     void restartDropsThePieces();
+    void nextBlockDoesNotHurryThePieces();
     void clearDropsThePieces();
     void stopEndsThePieces();
     void emptyBlockReleasesAtOnce();
@@ -168,6 +170,24 @@ void tst_CMeterReplay::slowReplayCutsSampleBySample()
     QCOMPARE(log.tables, (QVector<QVector<int>>{upTo(0, 0), upTo(0, 1), upTo(0, 2), upTo(0, 4)}));
 }
 
+void tst_CMeterReplay::piecesWithinAMillisecond()
+{
+    MeasureFixture f;
+    auto meter = std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings);
+    const auto block = makeRamp(0, 4, 0, 1);
+    // The second sample lies half a millisecond behind the first one and begins no new table.
+    block->Results.at(1)->Timestamp = block->Results.at(0)->Timestamp;
+    block->Results.at(1)->TimestampNanoseconds = 500000;
+    f.operation.OnNewMeasure(block);
+    f.manager().StopRecord();
+    f.manager().SetTimeWarp(0.1);
+    f.manager().SetMinReplaySmallBlockDelayMillisecond(1);
+    TableLog log(*meter);
+    meter->start();
+    QTRY_VERIFY(!f.manager().IsPlayingBack());
+    QCOMPARE(log.tables, (QVector<QVector<int>>{upTo(0, 0), upTo(0, 1), upTo(0, 3)}));
+}
+
 void tst_CMeterReplay::holdStopsThePieces()
 {
     MeasureFixture f;
@@ -238,6 +258,24 @@ void tst_CMeterReplay::restartDropsThePieces()
     QTRY_COMPARE(log.tables.size(), 8);
     // The rows begin anew with the first piece of the newest block only.
     QCOMPARE(log.tables.at(4), upTo(400, 401));
+}
+
+void tst_CMeterReplay::nextBlockDoesNotHurryThePieces()
+{
+    MeasureFixture f;
+    const MeterPointer meter = makeMeterWithBlocks(f, 1);
+    slowDown(f);
+    f.manager().SetIsPlayingBack(true);
+    f.manager().SetIsHolding(false);
+    f.manager().SetReplayIndex(1);
+    TableLog log(*meter);
+    meter->OnNewMeasure(makeRamp(100, 10, 0, 10));
+    QTRY_COMPARE(log.tables.size(), 1);
+    QElapsedTimer clock;
+    clock.start();
+    meter->OnNewMeasure(makeRamp(200, 10, 100, 10));
+    QTRY_COMPARE(log.tables.size(), 2);
+    QVERIFY2(clock.elapsed() > 200, qPrintable(QString::number(clock.elapsed())));
 }
 
 void tst_CMeterReplay::clearDropsThePieces()
