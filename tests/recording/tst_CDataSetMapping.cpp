@@ -26,7 +26,7 @@ private slots:
         using namespace MetaObjectTable;
         VERIFY_NO_DIFFERENCE(compareProperties(
             CDataSetMapping::staticMetaObject,
-            {{"MeasureBlocks", "std::deque<QSharedPointer<CMeasureBlockMapping>>*", Constant}}));
+            {{"MeasureBlocks", "std::deque<QSharedPointer<CMeasureBlockMapping> >*", Constant}}));
     }
 
     void countsBlocks()

@@ -19,7 +19,7 @@ private slots:
         using namespace MetaObjectTable;
         VERIFY_NO_DIFFERENCE(
             compareProperties(CDataSetMeasurement::staticMetaObject,
-                              {{"MeasureBlocks", "std::deque<QSharedPointer<CMeasureBlock>>*", Constant}}));
+                              {{"MeasureBlocks", "std::deque<QSharedPointer<CMeasureBlock> >*", Constant}}));
     }
 
     void countsSamplesAndKeepsTheObjects()

@@ -17,7 +17,7 @@ private slots:
         using namespace MetaObjectTable;
         VERIFY_NO_DIFFERENCE(compareProperties(
             CDataset::staticMetaObject, {{"Comment", "QString", ReadWrite},
-                                         {"ResultsCount", "quint64", ReadWrite},
+                                         {"ResultsCount", "qulonglong", ReadWrite},
                                          {"Cleared", "bool", ReadWrite},
                                          {"MeasurementParameters", "CMeasurementParameters*", ReadWrite},
                                          {"InstrumentName", "QString", ReadWrite},
@@ -25,7 +25,7 @@ private slots:
                                          {"FilePath", "QString", ReadWrite}}));
         VERIFY_NO_DIFFERENCE(
             compareMethods(CDataset::staticMetaObject, QMetaMethod::Signal,
-                           {"CommentChanged(QString)", "ResultsCountChanged(quint64)", "ClearedChanged(bool)",
+                           {"CommentChanged(QString)", "ResultsCountChanged(qulonglong)", "ClearedChanged(bool)",
                             "MeasurementParametersChanged(CMeasurementParameters*)",
                             "InstrumentNameChanged(QString)", "DateChanged(QString)",
                             "FilePathChanged(QString)", "MeasurementParametersUpdated(CUnits::UnitType)"}));

@@ -352,7 +352,7 @@ private slots:
         // The text of the unknown unit is a blank, which is one position more.
         QTest::newRow("unknown unit")
             << QByteArray("Units=  Range=3 AutoRange=External TriggerMode=7")
-            << QStringLiteral("Units=  Range=0 AutoRange=1 TriggerMode=Continuous AcqRate=7");
+            << QStringLiteral("Units=  Range=0 AutoRange=1 TriggerMode=External AcqRate=7");
         QTest::newRow("any non-zero is true")
             << QByteArray("Units=T Range=1 AutoRange=-3 TriggerMode=x AcqRate=y")
             << QStringLiteral("Units=T Range=1 AutoRange=1 TriggerMode=Continuous AcqRate=0");

@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <random>
 
 using namespace RecordTestSupport;
@@ -20,12 +21,17 @@ constexpr int kSamples = 120000;
 constexpr int kBlockSize = 100;
 constexpr qint64 kPeriodNs = 100003; // not a whole number of microseconds
 
-/// The value to which six significant digits bring a number.
+/// The value to which six significant digits bring a number, ties away from zero. The C library writes the
+/// exact digits, of which the seventh decides.
 tFlux atSixDigits(tFlux value)
 {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.5e", static_cast<double>(value));
-    return static_cast<tFlux>(std::atof(text));
+    char exact[128];
+    std::snprintf(exact, sizeof exact, "%.70e", std::fabs(static_cast<double>(value)));
+    const QByteArray digits = QByteArray(1, exact[0]) + QByteArray(exact + 2, 6);
+    const int exponent = QByteArray(exact).split('e')[1].toInt();
+    const int rounded = digits.left(6).toInt() + (digits[6] >= '5' ? 1 : 0);
+    const QByteArray text = QByteArray::number(rounded) + 'e' + QByteArray::number(exponent - 5);
+    return std::copysign(static_cast<tFlux>(std::strtod(text.constData(), nullptr)), value);
 }
 
 } // namespace
@@ -35,6 +41,8 @@ class tst_RecordRoundTrip : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { m_parameters.SetUnits(CUnits::MICRO_TESLA); }
+
     void fullMeasurement()
     {
         std::mt19937 random(1);

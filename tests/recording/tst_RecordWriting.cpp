@@ -27,7 +27,7 @@ protected:
     {
         const qint64 taken = qMin(size, m_room);
         m_room -= taken;
-        return taken > 0 ? taken : -1;
+        return taken > 0 || size == 0 ? taken : -1;
     }
 
 private:
