@@ -43,8 +43,14 @@ void checkMeasurement(QByteArray text)
     // Texts of the file may hold what XML cannot say; the rows always can be said.
     CDataSetMeasurement plain(settings());
     *plain.MeasureBlocks() = *dataset.MeasureBlocks();
-    for (const auto& block : *plain.MeasureBlocks())
+    for (const auto& block : *plain.MeasureBlocks()) {
         block->SetComment(QString());
+        // A time that is none is written as nothing, so that its nanoseconds are not found again.
+        for (const auto& result : block->Results) {
+            if (!result->Timestamp.isValid())
+                result->TimestampNanoseconds = 0;
+        }
+    }
     QBuffer plainRecord;
     plainRecord.open(QIODevice::ReadWrite);
     serializer.WriteMeasurement(plain, &plainRecord);

@@ -25,8 +25,8 @@ private slots:
                                          {"FilePath", "QString", ReadWrite}}));
         VERIFY_NO_DIFFERENCE(
             compareMethods(CDataset::staticMetaObject, QMetaMethod::Signal,
-                           {"CommentChanged(QString)", "ResultsCountChanged(qulonglong)", "ClearedChanged(bool)",
-                            "MeasurementParametersChanged(CMeasurementParameters*)",
+                           {"CommentChanged(QString)", "ResultsCountChanged(qulonglong)",
+                            "ClearedChanged(bool)", "MeasurementParametersChanged(CMeasurementParameters*)",
                             "InstrumentNameChanged(QString)", "DateChanged(QString)",
                             "FilePathChanged(QString)", "MeasurementParametersUpdated(CUnits::UnitType)"}));
         VERIFY_NO_DIFFERENCE(compareMethods(CDataset::staticMetaObject, QMetaMethod::Slot,

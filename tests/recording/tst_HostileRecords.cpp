@@ -237,6 +237,57 @@ private slots:
         QVERIFY(!dataset.Comment().contains(QLatin1String("root:")));
     }
 
+    void attributeBombs_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QByteArray attributes;
+        for (int i = 0; i < 500000; ++i)
+            attributes += " a" + QByteArray::number(i) + "=\">\"";
+        const QByteArray root = "<NorvaneXmlRecord ver=\"1.0\">";
+        QTest::newRow("in a child") << root + "<header" + attributes + "/></NorvaneXmlRecord>";
+        QTest::newRow("in an end tag") << root + "<header></header" + attributes + "></NorvaneXmlRecord>";
+        QByteArray defaults = "<!DOCTYPE b [<!ATTLIST a";
+        for (int i = 0; i < 2000; ++i)
+            defaults += " a" + QByteArray::number(i) + " CDATA \"\"";
+        QTest::newRow("by default") << defaults + ">]>" + root + QByteArray("<a/>").repeated(1000000) +
+                                           "</NorvaneXmlRecord>";
+    }
+
+    void attributeBombs()
+    {
+        QFETCH(QByteArray, text);
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QElapsedTimer timer;
+        timer.start();
+        serializer.ReadMeasurement(&buffer, dataset);
+        QVERIFY2(timer.elapsed() < 10000, QByteArray::number(timer.elapsed()));
+        QVERIFY(dataset.MeasureBlocks()->empty());
+    }
+
+    /// What is long in a record is not a tag.
+    void longTextsAreNoLongTags()
+    {
+        const QByteArray row = "2024.03.01T10:11:12.5;1;2;3;4;5;6;7\n";
+        const QByteArray rows = row.repeated(1000);
+        const QByteArray inside = "<don't \"> ]] -- <![CDATA[";
+        QByteArray text = record(
+            "<!--" + inside.repeated(1000) + "--><measurements a='>'><comment><![CDATA[" +
+            QByteArray("<!-- don't -->").repeated(1000) + "]]></comment><flux>" + rows + "<![CDATA[" + rows +
+            "]]></flux></measurements><?" + QByteArray("x").repeated(1000) + "?><measurements/>");
+        text.replace("-- <![", " <![");
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
+        QCOMPARE(dataset.MeasureBlocks()->size(), size_t(2));
+        QCOMPARE(dataset.MeasureBlocks()->at(0)->Results.size(),
+                 2001); // with the one behind the last line end
+    }
+
     void predefinedEntitiesDoNotCount()
     {
         QByteArray text = inRecord("", QByteArray("&lt;&amp;").repeated(10000));
