@@ -48,8 +48,8 @@ private slots:
 
     void rateOfNoSenseIsOneHertz()
     {
-        for (const double rate : {0.0, -5.0, std::numeric_limits<double>::quiet_NaN(),
-                                  std::numeric_limits<double>::infinity()})
+        for (const double rate :
+             {0.0, -5.0, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()})
             QCOMPARE(CSampleClock(rate).OffsetNs(2), 2000000000LL);
     }
 };

@@ -173,10 +173,10 @@ private slots:
         for (int i = 0; i < samples.size(); ++i) {
             const qint64 expected =
                 static_cast<qint64>(std::floor(static_cast<long double>(i) * 1e9L / rate + 1e-6L));
-            QVERIFY2(std::abs(epochNs(*samples.at(i)) - first - expected) <= (rate == 300 ? 1 : 0) ||
-                         (std::fmod(rate, 1) != 0 &&
-                          std::abs(epochNs(*samples.at(i)) - first - expected) <= 1),
-                     qPrintable(QString::number(i)));
+            QVERIFY2(
+                std::abs(epochNs(*samples.at(i)) - first - expected) <= (rate == 300 ? 1 : 0) ||
+                    (std::fmod(rate, 1) != 0 && std::abs(epochNs(*samples.at(i)) - first - expected) <= 1),
+                qPrintable(QString::number(i)));
             QCOMPARE(samples.at(i)->Timestamp.timeSpec(), Qt::LocalTime);
             QCOMPARE(samples.at(i)->Timestamp.time().msec(),
                      static_cast<int>(samples.at(i)->TimestampNanoseconds / 1000000));
@@ -226,8 +226,7 @@ private slots:
             const auto& results = session.blocks.at(i)->Results;
             QCOMPARE(results.size(), 10);
             QCOMPARE(epochNs(*results.at(9)) - epochNs(*results.at(0)), 9000000LL);
-            QCOMPARE(epochNs(*results.at(0)) - epochNs(*session.blocks.at(0)->Results.at(0)),
-                     i * 50000000LL);
+            QCOMPARE(epochNs(*results.at(0)) - epochNs(*session.blocks.at(0)->Results.at(0)), i * 50000000LL);
         }
     }
 
@@ -354,8 +353,7 @@ private slots:
         session.Configure(CTrigger::CONTINUOUS, 1000, 10, 100);
         const auto sample = take(session, 10).first();
         QVERIFY(isClose(static_cast<double>(sample->dB()), 0.0002 * rangeTesla));
-        QVERIFY(isClose(static_cast<double>(sample->Bx()),
-                        std::min(fieldMicroTesla * 1e-6, rangeTesla)));
+        QVERIFY(isClose(static_cast<double>(sample->Bx()), std::min(fieldMicroTesla * 1e-6, rangeTesla)));
     }
 
     void noiseFollowsAveragingAndRange()
@@ -379,7 +377,9 @@ private slots:
     void alternatingField()
     {
         QByteArray field = kQuietField;
-        field.replace("AcX=0", "AcX=5").replace("AcThirdY=0", "AcThirdY=2").replace("AcFifthZ=0", "AcFifthZ=1");
+        field.replace("AcX=0", "AcX=5")
+            .replace("AcThirdY=0", "AcThirdY=2")
+            .replace("AcFifthZ=0", "AcFifthZ=1");
         start(field + kQuietSensor);
         Session session(m_instrument);
         session.parameters.SetUnits(CUnits::MICRO_TESLA);
