@@ -418,12 +418,19 @@ private slots:
         QVERIFY(session.instrument->Connect());
         session.parameters.SetUnits(CUnits::NANO_TESLA);
         session.Configure(CTrigger::CONTINUOUS, 1, 10, 0.1);
-        session.instrument->StartMeasurement();
-        QTRY_VERIFY(session.blocks.size() >= 10);
-        session.parameters.SetDisplayRate(0.25);
-        QTRY_VERIFY(session.blocks.last()->Results.size() == 4);
-        session.parameters.SetDisplayRate(0.05);
-        QTRY_VERIFY(!session.instrument->IsRunning());
+        connect(session.instrument.data(), &CInstrument::OnNewMeasureBlock, &session, [&session] {
+            if (session.blocks.size() == 10)
+                session.parameters.SetDisplayRate(0.25);
+            if (session.blocks.size() == 40)
+                session.parameters.SetDisplayRate(0.05);
+        });
+        play(session);
+        QVector<int> sizes;
+        for (const auto& block : qAsConst(session.blocks)) {
+            if (!sizes.contains(block->Results.size()))
+                sizes.append(block->Results.size());
+        }
+        QVERIFY(sizes.contains(10) && sizes.contains(4) && sizes.contains(20));
         const auto samples = session.Samples();
         QCOMPARE(samples.size(), 2000);
         for (int i = 0; i < 2000; ++i)
