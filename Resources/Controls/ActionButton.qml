@@ -36,20 +36,15 @@ Button {
             color: actionButton.down ? Style.ActionButtonImageBgPressed : Style.ActionButtonImageBg
 
             Image {
-                id: image
-
                 anchors.centerIn: parent
                 width: parent.width / 2
                 height: parent.height / 2
                 source: actionButton.imageSource
                 sourceSize: Qt.size(width, height)
-            }
-
-            ColorOverlay {
-                anchors.fill: image
-                source: image
-                color: "#80ffffff"
-                visible: !actionButton.enabled
+                layer.enabled: !actionButton.enabled
+                layer.effect: ColorOverlay {
+                    color: "#80ffffff"
+                }
             }
         }
 

@@ -28,18 +28,13 @@ Button {
 
     contentItem: Item {
         Image {
-            id: image
-
             anchors.centerIn: parent
             source: statusBarButton.imageSource
             sourceSize: Qt.size(statusBarButton.sourceSize, statusBarButton.sourceSize)
-        }
-
-        ColorOverlay {
-            anchors.fill: image
-            source: image
-            color: "darkgray"
-            visible: statusBarButton.down
+            layer.enabled: statusBarButton.down
+            layer.effect: ColorOverlay {
+                color: "darkgray"
+            }
         }
     }
 
