@@ -135,6 +135,8 @@ ColumnLayout {
         verticalAlignment: TextInput.AlignVCenter
         selectByMouse: true
         selectionColor: Style.TextFieldFocusBorder
+        selectedTextColor: Style.BackgroundColor
+        placeholderTextColor: Style.TextLightColor
         inputMethodHints: Qt.ImhPreferNumbers
         placeholderText: "-"
         font.family: Style.NumberFontFamily

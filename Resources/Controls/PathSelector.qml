@@ -49,6 +49,7 @@ ColumnLayout {
             readOnly: true
             selectByMouse: true
             selectionColor: Style.TextFieldFocusBorder
+            selectedTextColor: Style.BackgroundColor
             font.family: Style.LetterFontFamily
             font.pointSize: 9
             color: Style.TextDarkColor

@@ -119,7 +119,6 @@ ColumnLayout {
             TableTextCell {
                 anchors.fill: parent
                 text: styleData.value === undefined ? "" : styleData.value
-                fontType: Style.NumberFontFamily
             }
         }
     }
