@@ -13,6 +13,7 @@ Button {
     implicitWidth: 150
     implicitHeight: 50
     padding: 0
+    horizontalPadding: padding
     Accessible.name: text
 
     background: Rectangle {

@@ -14,6 +14,7 @@ Button {
     implicitWidth: sourceSize + 10
     implicitHeight: sourceSize + 10
     padding: 5
+    horizontalPadding: padding
     Accessible.name: toolTipText
     ToolTip.text: toolTipText
     ToolTip.visible: hovered && toolTipText !== ""
