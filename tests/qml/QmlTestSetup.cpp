@@ -10,6 +10,7 @@
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQmlError>
+#include <QTest>
 
 namespace {
 int warningCount = 0;
@@ -43,6 +44,11 @@ int QmlTestSetup::WarningCount()
 void QmlTestSetup::setLocale(const QString& name)
 {
     QLocale::setDefault(QLocale(name));
+}
+
+void QmlTestSetup::expectDebugMessage(const QString& message)
+{
+    QTest::ignoreMessage(QtDebugMsg, qPrintable(message));
 }
 
 QAbstractItemModel* QmlTestSetup::resultsModel(int rows)

@@ -28,6 +28,9 @@ public:
     /// The locale that QML formats and reads numbers in.
     Q_INVOKABLE void setLocale(const QString& name);
 
+    /// The test fails unless exactly this is logged for debugging before it ends.
+    Q_INVOKABLE void expectDebugMessage(const QString& message);
+
     /// A model with the roles of the results table.
     Q_INVOKABLE QAbstractItemModel* resultsModel(int rows);
 
