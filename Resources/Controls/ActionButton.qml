@@ -18,14 +18,6 @@ Button {
 
     background: Rectangle {
         color: !actionButton.enabled ? Style.ActionButtonDisabledBg : actionButton.down ? Style.ActionButtonTextBgPressed : Style.ActionButtonTextBg
-
-        Rectangle {
-            anchors.fill: parent
-            z: 1
-            color: "transparent"
-            border.width: actionButton.visualFocus ? 2 : 0
-            border.color: Style.TextFieldFocusBorder
-        }
     }
 
     contentItem: Item {
@@ -64,6 +56,14 @@ Button {
             minimumPointSize: 8
             Accessible.ignored: true
         }
+    }
+
+    // Over the image, which reaches to the edge.
+    Rectangle {
+        anchors.fill: parent
+        color: "transparent"
+        border.width: actionButton.visualFocus ? 2 : 0
+        border.color: Style.TextFieldFocusBorder
     }
 
     HandCursorArea {
