@@ -102,6 +102,8 @@ CApplication::~CApplication()
     qDebug() << "CApplication destructor";
     if (instance == this)
         forgetInstance();
+    // The window's bindings must be gone before the models that they read.
+    qDeleteAll(m_engine.rootObjects());
 }
 
 void CApplication::CreateTrayIcon()
