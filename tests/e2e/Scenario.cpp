@@ -65,6 +65,14 @@ void Scenario::WriteApplicationSettings(const QString& elements)
               QStringLiteral("<SETTINGS>%1</SETTINGS>").arg(elements));
 }
 
+void Scenario::WriteMeasureSettings(const QString& elements)
+{
+    writeFile(SettingsDirectoryPath + QStringLiteral("/KestrixMeasureSettings.xml"),
+              QStringLiteral("<OPERATION_PARAMETERS><MEASUREMENT_PARAMETERS>%1</MEASUREMENT_PARAMETERS>"
+                             "</OPERATION_PARAMETERS>")
+                  .arg(elements));
+}
+
 qint64 Scenario::Start(Plugins plugins)
 {
     ApplicationDirPath = plugins == Shipped ? QStringLiteral(KESTRIX_BIN_DIR) : QDir::currentPath();

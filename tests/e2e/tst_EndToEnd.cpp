@@ -422,6 +422,10 @@ private slots:
             QSKIP("the real recordings are not at hand");
         Scenario::WriteReplaySettings(
             QStringLiteral("[Replay]\nFolder=%1\nSpeed=0\nLoop=false\n").arg(data.absolutePath()));
+        // Blocks of 100 samples: a block for each sample would measure the painting.
+        Scenario::WriteMeasureSettings(QStringLiteral(
+            "<Units>nT</Units><AcquisitionRate>1</AcquisitionRate><DisplayRate>0.01</DisplayRate>"
+            "<TriggerMode>Continuous</TriggerMode>"));
         m_scenario->Start(Scenario::Shipped);
         QVERIFY(driver().WaitFor(QStringLiteral("connectButton1")));
         // The list is that of the plug-ins in the order in which they were loaded.
