@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QLatin1String>
+
+/// Names under which the application presents itself and marks its files.
+inline constexpr QLatin1String kApplicationName("Kestrix");
+inline constexpr QLatin1String kApplicationVersion("1.2.4");
+inline constexpr QLatin1String kOrganizationName("Norvane");
