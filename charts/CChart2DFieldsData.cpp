@@ -2,7 +2,6 @@
 #include "CChart2DFieldsData.h"
 
 #include "CFieldIntensityResult.h"
-#include "CMeasurementParameters.h"
 #include "NiceRange.h"
 #include "Property.h"
 
@@ -27,10 +26,9 @@ struct CChart2DFieldsData::Fold
 };
 
 CChart2DFieldsData::CChart2DFieldsData(CMeasurementParameters* parameters, QObject* parent)
-    : CChart2D(parent), m_series(FieldSeries::Count), m_seriesVisible(FieldSeries::Count, true),
-      m_timer(new QTimer(this)), m_parameters(parameters)
+    : CChart2D(parent), m_table(m_nbPointsAxeX), m_timer(new QTimer(this)), m_parameters(parameters)
 {
-    AllocateTable(m_nbPointsAxeX);
+    m_seriesVisible.fill(true);
     connect(m_parameters, &CMeasurementParameters::AcquisitionRateChanged, this,
             &CChart2DFieldsData::OnMeasurementParametersRateChanged);
     connect(m_parameters, &CMeasurementParameters::DisplayRateChanged, this,
@@ -91,8 +89,7 @@ void CChart2DFieldsData::SetXminTime(const QString& value)
 
 void CChart2DFieldsData::SetNbPointsAxeX(int value)
 {
-    if (value > m_xValues.size())
-        AllocateTable(value);
+    m_table.Reserve(value);
     storeAndEmit(this, m_nbPointsAxeX, value, &CChart2DFieldsData::NbPointsAxeXChanged);
 }
 
@@ -128,10 +125,10 @@ int CChart2DFieldsData::columnCount(const QModelIndex& parent) const
 
 QVariant CChart2DFieldsData::data(const QModelIndex& index, int role) const
 {
-    if (role != Qt::DisplayRole || !index.isValid() || index.row() >= m_downsampledSignalLength ||
-        index.row() >= m_xValues.size() || index.column() >= columnCount())
+    if (role != Qt::DisplayRole || !index.isValid() || index.column() >= columnCount() ||
+        index.row() >= std::min(m_downsampledSignalLength, m_table.Capacity()))
         return {};
-    return index.column() == 0 ? m_xValues[index.row()] : m_series[index.column() - 1][index.row()];
+    return m_table.Value(index.row(), index.column());
 }
 
 void CChart2DFieldsData::ClearData()
@@ -190,8 +187,8 @@ void CChart2DFieldsData::refreshLegendData(double axeXMin, double axeXMax)
 
 void CChart2DFieldsData::setComponantVisibility(int index, bool visible, bool updateDownsample)
 {
-    if (index >= 0 && index < m_seriesVisible.size())
-        m_seriesVisible[index] = visible;
+    if (index >= 0 && index < IntensityFieldCount())
+        m_seriesVisible[static_cast<std::size_t>(index)] = visible;
     if (updateDownsample)
         UpdateDownsampling();
 }
@@ -355,14 +352,6 @@ void CChart2DFieldsData::EndReset()
     emit DownsampledSignalLengthChanged(m_downsampledSignalLength);
 }
 
-void CChart2DFieldsData::AllocateTable(int rows)
-{
-    for (QVector<float>& series : m_series)
-        series.resize(rows);
-    m_xValues.resize(rows);
-    std::fill(m_xValues.begin(), m_xValues.end(), QVariant(0.0));
-}
-
 /// A change of the length makes the view's mappers read the table anew, so within the brackets of a reset its
 /// signal waits until the reset is over.
 void CChart2DFieldsData::PublishLength(int length)
@@ -379,8 +368,8 @@ void CChart2DFieldsData::PublishLength(int length)
 void CChart2DFieldsData::PublishSingleResult(Fold& fold)
 {
     const FieldSeries::Iterator only = m_history.Values().begin();
-    PublishRow(0, 0.0, *only);
-    PublishRow(1, kSecondRowX, *only);
+    m_table.SetRow(0, 0.0, *only);
+    m_table.SetRow(1, kSecondRowX, *only);
     FoldSamples(fold, *only, *only, only, std::next(only));
     PublishLength(2);
     SetYminMaxReseted(true);
@@ -407,7 +396,7 @@ bool CChart2DFieldsData::PublishWindow(Fold& fold)
 
     const FieldSeries::Iterator samples = m_history.Values().begin();
     FieldSeries::Values drawn = samples[lower];
-    PublishRow(0, m_history.X(static_cast<std::size_t>(lower)), drawn);
+    m_table.SetRow(0, m_history.X(static_cast<std::size_t>(lower)), drawn);
     FoldSamples(fold, drawn, drawn, samples + lower, samples + lower + 1);
 
     const double step = std::max(1.0, static_cast<double>(span) / length);
@@ -421,19 +410,12 @@ bool CChart2DFieldsData::PublishWindow(Fold& fold)
         const FieldSeries::Bucket bucket = FieldSeries::visitBucket(first, last, drawn);
         FoldSamples(fold, bucket.low, bucket.high, first, last);
         drawn = bucket.furthest;
-        PublishRow(row, m_history.X(static_cast<std::size_t>(lastUsable)), drawn);
+        m_table.SetRow(row, m_history.X(static_cast<std::size_t>(lastUsable)), drawn);
         previousEnd = end;
     }
     PublishLength(length);
     SetFirstDataInit(true);
     return true;
-}
-
-void CChart2DFieldsData::PublishRow(int row, double x, const FieldSeries::Values& values)
-{
-    m_xValues[row] = x;
-    for (int i = 0; i < FieldSeries::Count; ++i)
-        m_series[i][row] = values.lane[static_cast<std::size_t>(i)];
 }
 
 /// Counts the samples of the visible series in the range drawn and in the range of everything seen. `low` and
@@ -444,22 +426,20 @@ void CChart2DFieldsData::FoldSamples(Fold& fold, const FieldSeries::Values& low,
                                      FieldSeries::Iterator last)
 {
     bool widens = false;
-    for (int i = 0; i < FieldSeries::Count; ++i) {
+    for (std::size_t i = 0; i < FieldSeries::Count; ++i) {
         if (!m_seriesVisible[i])
             continue;
-        const double lowest = low.lane[static_cast<std::size_t>(i)];
-        const double highest = high.lane[static_cast<std::size_t>(i)];
-        fold.min = lowest < fold.min ? lowest : fold.min;
-        fold.max = highest > fold.max ? highest : fold.max;
-        widens = widens || lowest < YminAllSignal() || highest > YmaxAllSignal() ||
+        fold.min = low[i] < fold.min ? low[i] : fold.min;
+        fold.max = high[i] > fold.max ? high[i] : fold.max;
+        widens = widens || low[i] < YminAllSignal() || high[i] > YmaxAllSignal() ||
                  YminAllSignal() == kYminUnset || YmaxAllSignal() == kYmaxUnset;
     }
     if (!widens)
         return;
     for (; first != last; ++first) {
-        for (int i = 0; i < FieldSeries::Count; ++i) {
+        for (std::size_t i = 0; i < FieldSeries::Count; ++i) {
             if (m_seriesVisible[i])
-                WidenAllSignal(first->lane[static_cast<std::size_t>(i)]);
+                WidenAllSignal((*first)[i]);
         }
     }
 }

@@ -3,15 +3,15 @@
 
 #include "CChart2D.h"
 #include "CFieldsHistory.h"
+#include "CFieldsTable.h"
+#include "CMeasurementParameters.h"
 #include "FieldSeries.h"
 
 #include <QPointer>
 #include <QString>
 #include <QTimer>
-#include <QVariant>
-#include <QVector>
 
-class CMeasurementParameters;
+#include <array>
 
 /// A plot of the seven field series over time. It keeps the whole history and publishes a table of at most
 /// `NbPointsAxeX` rows for the visible window: column 0 is X in seconds since the oldest result, columns 1 to
@@ -55,8 +55,8 @@ public:
     QString XminDate() const { return m_xminDate; }
     QString XmaxTime() const { return m_xmaxTime; }
     QString XminTime() const { return m_xminTime; }
-    int IntensityFieldCount() const { return FieldSeries::Count; } ///< number of series
-    int NbPointsAxeX() const { return m_nbPointsAxeX; }            ///< most rows of the published table
+    int IntensityFieldCount() const { return static_cast<int>(FieldSeries::Count); } ///< number of series
+    int NbPointsAxeX() const { return m_nbPointsAxeX; } ///< most rows of the published table
     /// Rows now published; 0 or less when the window is empty or inverted.
     int DownsampledSignalLength() const { return m_downsampledSignalLength; }
     int XTickCount() const { return m_xTickCount; }
@@ -151,11 +151,9 @@ private:
 
     void BeginReset();
     void EndReset();
-    void AllocateTable(int rows);
     void PublishLength(int length);
     void PublishSingleResult(Fold& fold);
     bool PublishWindow(Fold& fold);
-    void PublishRow(int row, double x, const FieldSeries::Values& values);
     void FoldSamples(Fold& fold, const FieldSeries::Values& low, const FieldSeries::Values& high,
                      FieldSeries::Iterator first, FieldSeries::Iterator last);
     void WidenAllSignal(float value);
@@ -177,9 +175,8 @@ private:
 
     CFieldsHistory m_history;
     bool m_dirty = false;
-    QVector<QVector<float>> m_series;
-    QVector<QVariant> m_xValues;
-    QVector<bool> m_seriesVisible;
+    CFieldsTable m_table;
+    std::array<bool, FieldSeries::Count> m_seriesVisible{};
     double m_drawnXmin = 0.0;
     double m_drawnXmax = 0.0;
     int m_resetDepth = 0;

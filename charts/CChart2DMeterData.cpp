@@ -2,7 +2,6 @@
 #include "CChart2DMeterData.h"
 
 #include "CFieldIntensityResult.h"
-#include "CMeasurementParameters.h"
 #include "COperationMeasure.h"
 #include "CSettings.h"
 #include "Property.h"

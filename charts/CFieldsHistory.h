@@ -13,7 +13,7 @@ class CFieldIntensityResult;
 /// Everything that a field plot has received, oldest first: the results as they came, the filtered results
 /// that the plot shows, and a time stamp of each. The results are shared with whoever else holds them.
 ///
-/// The plotted values of the filtered results are kept beside them as plain numbers, 32 bytes a result, since
+/// The plotted values of the filtered results are kept beside them as plain numbers, 28 bytes a result, since
 /// the plot reads them all up to fifty times a second and the results lie scattered over the heap. So a
 /// result must not change its field values once it is in here.
 class CFieldsHistory

@@ -10,37 +10,37 @@ namespace FieldSeries {
 
 Values valuesOf(const CFieldIntensityResult& result)
 {
-    Values values;
-    values.lane[B] = result.B();
-    values.lane[BBprime] = result.BBprime();
-    values.lane[Bx] = result.Bx();
-    values.lane[By] = result.By();
-    values.lane[Bz] = result.Bz();
-    values.lane[BMinusDB] = result.B() - result.dB();
-    values.lane[BPlusDB] = result.B() + result.dB();
-    return values;
+    return {result.B(),
+            result.BBprime(),
+            result.Bx(),
+            result.By(),
+            result.Bz(),
+            result.B() - result.dB(),
+            result.B() + result.dB()};
 }
 
 Bucket visitBucket(Iterator first, Iterator last, const Values& previous)
 {
-    constexpr std::size_t kLanes = Values::kLanes;
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    Bucket bucket;
-    bucket.furthest = *first;
-    bucket.low.lane.fill(kInfinity);
-    bucket.high.lane.fill(-kInfinity);
-    Values distance;
-    // Selections without branches: the compiler turns each line into one operation on all lanes.
-    for (; first != last; ++first) {
-        const Values& sample = *first;
-        for (std::size_t i = 0; i < kLanes; ++i) {
-            const float y = sample.lane[i];
-            const float d = std::fabs(previous.lane[i] - y);
-            bucket.furthest.lane[i] = d > distance.lane[i] ? y : bucket.furthest.lane[i];
-            distance.lane[i] = d > distance.lane[i] ? d : distance.lane[i];
-            bucket.low.lane[i] = y < bucket.low.lane[i] ? y : bucket.low.lane[i];
-            bucket.high.lane[i] = y > bucket.high.lane[i] ? y : bucket.high.lane[i];
+    Bucket bucket{};
+    // One series after the other and selections instead of branches keep the running values in registers.
+    for (std::size_t i = 0; i < Count; ++i) {
+        const float drawn = previous[i];
+        float furthest = (*first)[i];
+        float distance = 0.0F;
+        float low = kInfinity;
+        float high = -kInfinity;
+        for (Iterator sample = first; sample != last; ++sample) {
+            const float y = (*sample)[i];
+            const float d = std::fabs(drawn - y);
+            furthest = d > distance ? y : furthest;
+            distance = d > distance ? d : distance;
+            low = y < low ? y : low;
+            high = y > high ? y : high;
         }
+        bucket.furthest[i] = furthest;
+        bucket.low[i] = low;
+        bucket.high[i] = high;
     }
     return bucket;
 }

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QVector>
-
 #include <array>
+#include <cstddef>
 #include <deque>
 
 class CFieldIntensityResult;
@@ -11,16 +10,10 @@ class CFieldIntensityResult;
 /// The seven series of every field plot, in their fixed order.
 namespace FieldSeries {
 
-enum Index { B, BBprime, Bx, By, Bz, BMinusDB, BPlusDB, Count };
+enum Index : std::size_t { B, BBprime, Bx, By, Bz, BMinusDB, BPlusDB, Count };
 
-/// One value of each series, side by side and padded to whole vector registers: a walk over a history of
-/// samples then runs over consecutive memory, in all series at once.
-struct alignas(16) Values
-{
-    static constexpr std::size_t kLanes = 8;
-    std::array<float, kLanes> lane{};
-};
-
+/// One value of each series.
+using Values = std::array<float, Count>;
 using Iterator = std::deque<Values>::const_iterator;
 
 Values valuesOf(const CFieldIntensityResult& result);
