@@ -2,12 +2,37 @@
 #include "CMeasureBlock.h"
 
 #include "Property.h"
+#include "SixDigitText.h"
 
 namespace {
 
-void appendNumber(QString& text, tFlux value)
+void appendTimestamp(TextBuffer& text, const CTimestampableResult& result)
 {
-    text += QString::number(static_cast<double>(value), 'g', 6);
+    const QDate date = result.Timestamp.date();
+    int year = 0;
+    int month = 0;
+    int day = 0;
+    date.getDate(&year, &month, &day);
+    // Outside the common range, and for an invalid time, the general routine has rules of its own.
+    if (!result.Timestamp.isValid() || year < 1 || year > 9999) {
+        const QString general = result.Timestamp.toString(QStringLiteral("yyyy.MM.ddTHH:mm:ss"));
+        text.append(general.constData(), general.size());
+    } else {
+        const QTime time = result.Timestamp.time();
+        appendInteger(text, static_cast<quint32>(year), 4);
+        text.append(QLatin1Char('.'));
+        appendInteger(text, static_cast<quint32>(month), 2);
+        text.append(QLatin1Char('.'));
+        appendInteger(text, static_cast<quint32>(day), 2);
+        text.append(QLatin1Char('T'));
+        appendInteger(text, static_cast<quint32>(time.hour()), 2);
+        text.append(QLatin1Char(':'));
+        appendInteger(text, static_cast<quint32>(time.minute()), 2);
+        text.append(QLatin1Char(':'));
+        appendInteger(text, static_cast<quint32>(time.second()), 2);
+    }
+    text.append(QLatin1Char('.'));
+    appendInteger(text, result.TimestampNanoseconds, 9);
 }
 
 } // namespace
@@ -21,21 +46,24 @@ void CMeasureBlock::SetComment(const QString& comment)
 
 QString CMeasureBlock::FormatBlockAsText(const QString& separator) const
 {
+    constexpr int kUsualLineLength = 90;
     QString text;
+    text.reserve(Results.size() * kUsualLineLength);
+    TextBuffer line;
     for (const QSharedPointer<CFieldIntensityResult>& result : Results) {
+        line.clear();
         if (!text.isEmpty())
-            text += QLatin1Char('\n');
-        text += result->Timestamp.toString(QStringLiteral("yyyy.MM.ddTHH:mm:ss"));
-        text += QLatin1Char('.');
-        text += QStringLiteral("%1").arg(result->TimestampNanoseconds, 9, 10, QLatin1Char('0'));
+            line.append(QLatin1Char('\n'));
+        appendTimestamp(line, *result);
         for (const tFlux value : {result->B(), result->BBprime(), result->Bx(), result->By(), result->Bz()}) {
-            text += separator;
-            appendNumber(text, value);
+            line.append(separator.constData(), separator.size());
+            appendSixDigits(line, value);
         }
-        text += separator;
-        text += QString::number(result->Temperature());
-        text += separator;
-        appendNumber(text, result->dB());
+        line.append(separator.constData(), separator.size());
+        appendInteger(line, result->Temperature(), 1);
+        line.append(separator.constData(), separator.size());
+        appendSixDigits(line, result->dB());
+        text.append(line.constData(), line.size());
     }
     return text;
 }

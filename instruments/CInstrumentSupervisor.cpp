@@ -52,7 +52,7 @@ void CInstrumentSupervisor::RefreshAvailableInstruments()
 
 QSharedPointer<CInstrument> CInstrumentSupervisor::GetDefaultInstrument() const
 {
-    const QString serialNumber = m_connectionPageSettings.SerialNumber();
+    const QString serialNumber = m_connectionPageSettings.InstrumentSerialNumber();
     const auto found =
         std::find_if(m_availableInstruments.cbegin(), m_availableInstruments.cend(),
                      [&](const auto& instrument) { return instrument->SerialNumber() == serialNumber; });

@@ -81,10 +81,10 @@ signals:
     void MeasurementParametersUpdated(CUnits::UnitType units);
 
 protected:
+    // Parts of Clear, which emit in every case.
     void clearFilePath();
     void clearInstrumentName();
     void clearDate();
-    void announceCleared();
 
 private:
     QString m_comment;

@@ -194,12 +194,18 @@ protected:
     /// Moves the indices to the next block and arms the timer for the one after. False if there is none to
     /// deliver.
     bool advance();
+    /// Whether a replay is in progress and has no block left.
     bool isAtEndOfReplay() const;
+    static qint64 millisecondsBetween(const CTimestampableResult& from, const CTimestampableResult& to);
+    /// Truncated and brought into the range of a timer.
+    static int toTimerInterval(double milliseconds);
     /// Marks a block as in work, which nobody is told.
     void markProcessingBlock() { m_isProcessingBlock = true; }
 
 private:
     void onReplayTimerTimeout();
+    /// From the first sample of this block to that of the next one; 0 if either block has none.
+    qint64 millisecondsToNextBlock(int index) const;
 
     CXMLResultsSerializer m_xmlResultsSerializer;
     CCSVResultsSerializer m_csvResultsSerializer;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "CResultsSerializer.h"
+#include "RecordReader.h"
 
 #include <QString>
 
@@ -22,12 +23,16 @@ public:
     bool ReadMapping(QIODevice* device, CDataSetMapping& dataset) override;
     bool ReadMeasurement(QIODevice* device, CDataSetMeasurement& dataset) override;
 
-    QString ErrorMessage() const { return m_errorMessage; } ///< text of the last failure; a success keeps it
-    qint32 SampleCount() const { return m_sampleCount; } ///< samples read by the last ReadMeasurement so far
-    QString FormatVersion() const { return m_formatVersion; } ///< version of the dataset last read
+    QString ErrorMessage() const
+    {
+        return m_state.errorMessage;
+    } ///< text of the last failure; a success keeps it
+    qint32 SampleCount() const
+    {
+        return m_state.sampleCount;
+    } ///< samples read by the last ReadMeasurement so far
+    QString FormatVersion() const { return m_state.formatVersion; } ///< version of the dataset last read
 
 private:
-    QString m_errorMessage;
-    qint32 m_sampleCount = 0;
-    QString m_formatVersion;
+    RecordReader::State m_state;
 };

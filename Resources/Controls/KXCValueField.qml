@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import "../Utils/Style.js" as Style
+
+// The editable number of the whole interface. The owner sets `value`, and reads `valueInput` when `valueEditDone`
+// becomes true, which it resets. A value out of range is shown in red and still passed on.
+ColumnLayout {
+    id: valueField
+
+    property alias label: fieldLabel.text
+    property alias readOnly: textField.readOnly
+    property double value
+    property double valueInput: -1
+    property bool valueEditDone: false
+    property bool fieldVisibility: true
+    property int unit: 0
+    property double maxValue: Number.MAX_VALUE
+    // The smallest positive number: zero is out of range unless the owner says otherwise.
+    property double minValue: Number.MIN_VALUE
+    property double precision: -1
+    property double significantNb: -1
+    property string toolTipText: ""
+    property bool valid: rangeValid
+    property bool rangeValid: true
+    property bool formatValid: true
+    property bool integerValueField: false
+
+    QtObject {
+        id: inner
+
+        property double value: 0
+        property string originalText: ""
+        property bool completed: false
+    }
+
+    function isRangeValid(number) {
+        return minValue <= number && number <= maxValue;
+    }
+
+    function valueToFormatString(number) {
+        const locale = Qt.locale();
+        let formatted = "";
+        if (integerValueField)
+            formatted = Utils.intToString(number);
+        else if (precision < 0)
+            formatted = Utils.doubleToString(number, significantNb);
+        else
+            formatted = number.toLocaleString(locale, 'f', precision).split(locale.groupSeparator).join("");
+        return formatted.replace(locale.decimalPoint, ".");
+    }
+
+    function forceRefreshValue() {
+        inner.value = value;
+        rangeValid = isRangeValid(value);
+        formatValid = true;
+        if (fieldVisibility) {
+            textField.text = valueToFormatString(value);
+            inner.originalText = textField.text;
+        } else {
+            textField.text = "";
+        }
+    }
+
+    // Parses the text and puts the number back into it as it is shown; throws on a text that is no number.
+    function computeNewValue() {
+        const locale = Qt.locale();
+        const localText = textField.text.replace(".", locale.decimalPoint).replace(",", locale.decimalPoint);
+        textField.text = valueToFormatString(Number.fromLocaleString(locale, localText));
+        return Number(textField.text);
+    }
+
+    function finishEditing() {
+        try {
+            inner.value = computeNewValue();
+            formatValid = true;
+        } catch (error) {
+            formatValid = false;
+            console.log(" Input field error with text: " + textField.text + " . Restore original text.");
+            textField.text = inner.originalText;
+            try {
+                inner.value = computeNewValue();
+            } catch (originalError) {
+                return;
+            }
+        }
+        rangeValid = isRangeValid(inner.value);
+        if (textField.text === inner.originalText) {
+            if (!textField.activeFocus)
+                return;
+        } else {
+            inner.originalText = textField.text;
+        }
+        valueInput = inner.value;
+        valueEditDone = true;
+    }
+
+    spacing: 0
+    onValueChanged: {
+        if (inner.completed)
+            forceRefreshValue();
+    }
+    onFieldVisibilityChanged: {
+        if (inner.completed)
+            forceRefreshValue();
+    }
+    Component.onCompleted: {
+        inner.completed = true;
+        forceRefreshValue();
+    }
+
+    TextField {
+        id: textField
+
+        objectName: "fieldText"
+        Layout.fillWidth: true
+        Layout.minimumWidth: 50
+        implicitHeight: 40
+        topPadding: fieldLabel.text === "" ? 4 : 16
+        bottomPadding: 2
+        leftPadding: 6
+        rightPadding: unitLabel.width + 10
+        enabled: valueField.enabled
+        selectByMouse: true
+        inputMethodHints: Qt.ImhPreferNumbers
+        placeholderText: "-"
+        font.family: Style.NumberFontFamily
+        font.pointSize: 10
+        color: enabled && !valueField.valid ? "red" : Style.TextDarkColor
+        Accessible.name: fieldLabel.text
+        ToolTip.text: valueField.toolTipText
+        ToolTip.visible: hovered && valueField.toolTipText !== ""
+        ToolTip.delay: 1000
+
+        onActiveFocusChanged: {
+            if (!activeFocus)
+                return;
+            inner.originalText = text;
+            text = text.replace(Qt.locale().groupSeparator, "");
+            selectAll();
+        }
+        onEditingFinished: valueField.finishEditing()
+
+        background: Rectangle {
+            color: textField.enabled ? Style.BackgroundColor : Style.DisabledColor
+            border.width: textField.activeFocus ? 2 : 1
+            border.color: textField.activeFocus ? Style.TextFieldFocusBorder : Style.BordersColor
+        }
+
+        KXCLabel {
+            id: fieldLabel
+
+            x: 6
+            y: 3
+            width: parent.width - 12
+            pointSize: 8
+            textColor: Style.TextLightColor
+            wrapMode: Text.NoWrap
+            elide: Text.ElideRight
+        }
+
+        KXCLabel {
+            id: unitLabel
+
+            anchors.right: parent.right
+            anchors.rightMargin: 6
+            anchors.baseline: parent.baseline
+            text: Utils.getUnitText(valueField.unit)
+            pointSize: 9
+            textColor: Style.TextLightColor
+            wrapMode: Text.NoWrap
+        }
+    }
+}

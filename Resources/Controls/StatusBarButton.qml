@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtGraphicalEffects 1.15
+import "../Utils/Style.js" as Style
+
+Button {
+    id: statusBarButton
+
+    property url imageSource: ""
+    property int sourceSize: 20
+    property string toolTipText: ""
+
+    implicitWidth: sourceSize + 10
+    implicitHeight: sourceSize + 10
+    padding: 5
+    Accessible.name: toolTipText
+    ToolTip.text: toolTipText
+    ToolTip.visible: hovered && toolTipText !== ""
+    ToolTip.delay: 1000
+    ToolTip.timeout: 5000
+
+    background: Rectangle {
+        color: "transparent"
+        border.width: statusBarButton.visualFocus ? 2 : 0
+        border.color: Style.TextFieldFocusBorder
+    }
+
+    contentItem: Item {
+        Image {
+            id: image
+
+            anchors.centerIn: parent
+            source: statusBarButton.imageSource
+            sourceSize: Qt.size(statusBarButton.sourceSize, statusBarButton.sourceSize)
+        }
+
+        ColorOverlay {
+            anchors.fill: image
+            source: image
+            color: "darkgray"
+            visible: statusBarButton.down
+        }
+    }
+
+    HandCursorArea {
+    }
+}

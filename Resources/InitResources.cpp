@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "InitResources.h"
+
+#include <QDir>
+
+void InitResources()
+{
+    Q_INIT_RESOURCE(KestrixResources);
+}

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import "../Controls"
+import "../Utils/Style.js" as Style
+
+// Instruments found, the default one, and the facts of the connected one.
+ScrollView {
+    id: information
+
+    clip: true
+    contentWidth: availableWidth
+    ScrollBar.vertical.policy: ScrollBar.AlwaysOn
+    ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
+
+    // The call that connects blocks: the detour through the timer lets the button and the pop-up paint first.
+    Timer {
+        id: connectTimer
+
+        property int instrumentIndex: -1
+
+        interval: 1
+        onTriggered: busyPopup.run(() => ConnectionPageViewModel.setActiveInstrument(instrumentIndex))
+    }
+
+    BusyPopup {
+        id: busyPopup
+    }
+
+    ColumnLayout {
+        width: Math.min(information.availableWidth - 10, 600)
+        spacing: 20
+
+        KXCSettingsSection {
+            Layout.fillWidth: true
+            Layout.maximumWidth: 600
+            title: qsTr("Instruments found")
+
+            Rectangle {
+                Layout.fillWidth: true
+                Layout.preferredHeight: 250
+                color: "#fBfBfB"
+
+                ListView {
+                    id: instrumentList
+
+                    objectName: "instrumentList"
+                    anchors.fill: parent
+                    clip: true
+                    boundsBehavior: Flickable.StopAtBounds
+                    model: ConnectionPageViewModel.ConnectedInstruments
+                    activeFocusOnTab: true
+                    Accessible.role: Accessible.List
+                    Accessible.name: qsTr("Instruments found")
+
+                    ScrollBar.vertical: ScrollBar {
+                    }
+
+                    delegate: InstrumentRow {
+                        width: instrumentList.width - 10
+                        isActive: ConnectionPageViewModel.ActiveInstrumentIndex === index
+                        onConnectRequested: {
+                            connectTimer.instrumentIndex = index;
+                            connectTimer.start();
+                        }
+                        onDisconnectRequested: ConnectionPageViewModel.clearActiveInstrument()
+                    }
+                }
+
+                KXCLabel {
+                    anchors.centerIn: parent
+                    width: parent.width - 40
+                    horizontalAlignment: Text.AlignHCenter
+                    visible: instrumentList.count === 0
+                    textColor: Style.TextLightColor
+                    text: qsTr("No instrument found. Plug one in, or look into the log for what was loaded.")
+                }
+            }
+
+            KXCComboBox {
+                id: defaultInstrumentBox
+
+                objectName: "defaultInstrumentBox"
+                text: qsTr("Default instrument")
+                comboboxWidth: 200
+                model: ConnectionPageViewModel.InstrumentNames
+                currentIndex: ConnectionPageViewModel.SelectedDefaultInstrumentIndex
+            }
+
+            Binding {
+                target: ConnectionPageViewModel
+                property: "SelectedDefaultInstrumentIndex"
+                value: defaultInstrumentBox.currentIndex
+                restoreMode: Binding.RestoreNone
+            }
+        }
+
+        KXCSettingsSection {
+            Layout.fillWidth: true
+            Layout.maximumWidth: 600
+            title: qsTr("Instrument information")
+            contentSpacing: 5
+
+            LabelDisplayer {
+                label: qsTr("Manufacturer")
+                value: ConnectionPageViewModel.Manufacturer
+            }
+
+            LabelDisplayer {
+                label: qsTr("Model")
+                value: ConnectionPageViewModel.Model
+            }
+
+            LabelDisplayer {
+                label: qsTr("Serial number")
+                value: ConnectionPageViewModel.SerialNumber
+            }
+
+            LabelDisplayer {
+                label: qsTr("Electronics version")
+                value: ConnectionPageViewModel.ElectronicsVersion
+            }
+
+            LabelDisplayer {
+                label: qsTr("Firmware version")
+                value: ConnectionPageViewModel.FirmwareVersion
+            }
+
+            LabelDisplayer {
+                label: qsTr("Probe version")
+                value: ConnectionPageViewModel.ProbeVersion
+            }
+
+            LabelDisplayer {
+                label: qsTr("Manufacturing date")
+                value: ConnectionPageViewModel.ManufacturingDate
+            }
+
+            LabelDisplayer {
+                label: qsTr("Calibration date")
+                value: ConnectionPageViewModel.CalibrationDate
+                valueColor: ConnectionPageViewModel.CalibrationOutOfDate ? "red" : Style.TextDarkColor
+            }
+        }
+    }
+}

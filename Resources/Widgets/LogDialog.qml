@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import QtGraphicalEffects 1.15
+import Kestrix.CLogMessage 1.0
+import "../Controls"
+import "../Utils/Style.js" as Style
+
+// The log list, with a search text and a minimum level.
+Dialog {
+    id: logDialog
+
+    // Widths of the widest row so far, so that the columns of all rows line up.
+    property real levelColumnWidth: 0
+    property real timestampColumnWidth: 0
+
+    function levelText(level) {
+        switch (level) {
+        case LogMessageLevel.DEBUG:
+            return qsTr("Debug");
+        case LogMessageLevel.WARNING:
+            return qsTr("Warning");
+        case LogMessageLevel.CRITICAL:
+            return qsTr("Critical");
+        case LogMessageLevel.FATAL:
+            return qsTr("Fatal");
+        default:
+            return qsTr("Info");
+        }
+    }
+
+    function levelBackground(level) {
+        switch (level) {
+        case LogMessageLevel.INFO:
+            return "#DCDCDC";
+        case LogMessageLevel.WARNING:
+            return "#D3D3D3";
+        case LogMessageLevel.CRITICAL:
+            return "#C0C0C0";
+        case LogMessageLevel.FATAL:
+            return "#A9A9A9";
+        default:
+            return "white";
+        }
+    }
+
+    function levelImage(level) {
+        if (level === LogMessageLevel.DEBUG || level === LogMessageLevel.INFO)
+            return "qrc:///Resources/Images/Info.svg";
+        return level === LogMessageLevel.WARNING ? "qrc:///Resources/Images/Warning.svg" : "qrc:///Resources/Images/Error.svg";
+    }
+
+    function levelColor(level) {
+        switch (level) {
+        case LogMessageLevel.DEBUG:
+            return "gray";
+        case LogMessageLevel.INFO:
+            return "black";
+        case LogMessageLevel.WARNING:
+            return "yellow";
+        default:
+            return "red";
+        }
+    }
+
+    objectName: "logDialog"
+    title: qsTr("Log messages")
+    modal: true
+    width: 800
+    height: 500
+    closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutside
+    font.family: Style.LetterFontFamily
+    onOpened: messageList.positionViewAtEnd()
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 10
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 10
+
+            KXCLabel {
+                text: qsTr("Search")
+            }
+
+            TextField {
+                objectName: "logSearchField"
+                Layout.fillWidth: true
+                selectByMouse: true
+                Accessible.name: qsTr("Search")
+                onTextChanged: MainViewModel.LogMessageProxy.setFilterString(text)
+            }
+
+            KXCComboBox {
+                id: levelBox
+
+                objectName: "logLevelBox"
+                text: qsTr("Min log level")
+                model: [qsTr("Debug"), qsTr("Info"), qsTr("Warning"), qsTr("Critical"), qsTr("Fatal")]
+                currentIndex: MainViewModel.LogMessageProxy.MinLevel
+            }
+
+            Binding {
+                target: MainViewModel.LogMessageProxy
+                property: "MinLevel"
+                value: levelBox.currentIndex
+                restoreMode: Binding.RestoreNone
+            }
+        }
+
+        ListView {
+            id: messageList
+
+            objectName: "logMessageList"
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            clip: true
+            model: MainViewModel.LogMessageProxy
+            boundsBehavior: Flickable.StopAtBounds
+
+            ScrollBar.vertical: ScrollBar {
+                policy: ScrollBar.AsNeeded
+            }
+
+            delegate: Rectangle {
+                id: row
+
+                width: messageList.width
+                height: Math.max(messageText.implicitHeight, 25) + 6
+                color: logDialog.levelBackground(model.level)
+
+                RowLayout {
+                    anchors.fill: parent
+                    anchors.leftMargin: 5
+                    anchors.rightMargin: 15
+                    spacing: 10
+
+                    Item {
+                        Layout.preferredWidth: 25
+                        Layout.preferredHeight: 25
+
+                        Image {
+                            id: levelIcon
+
+                            anchors.centerIn: parent
+                            source: logDialog.levelImage(model.level)
+                            sourceSize: Qt.size(20, 20)
+                            visible: false
+                        }
+
+                        ColorOverlay {
+                            anchors.fill: levelIcon
+                            source: levelIcon
+                            color: logDialog.levelColor(model.level)
+                        }
+                    }
+
+                    LogDialogText {
+                        Layout.preferredWidth: logDialog.levelColumnWidth
+                        text: logDialog.levelText(model.level)
+                        onImplicitWidthChanged: logDialog.levelColumnWidth = Math.max(logDialog.levelColumnWidth, implicitWidth)
+                        Component.onCompleted: logDialog.levelColumnWidth = Math.max(logDialog.levelColumnWidth, implicitWidth)
+                    }
+
+                    LogDialogText {
+                        Layout.preferredWidth: logDialog.timestampColumnWidth
+                        text: model.timestamp
+                        onImplicitWidthChanged: logDialog.timestampColumnWidth = Math.max(logDialog.timestampColumnWidth, implicitWidth)
+                        Component.onCompleted: logDialog.timestampColumnWidth = Math.max(logDialog.timestampColumnWidth, implicitWidth)
+                    }
+
+                    LogDialogText {
+                        id: messageText
+
+                        Layout.fillWidth: true
+                        text: model.message
+                        wrapMode: TextEdit.Wrap
+                    }
+                }
+            }
+        }
+    }
+
+    footer: Item {
+        implicitHeight: 50
+
+        TextButton {
+            objectName: "logCloseButton"
+            anchors.centerIn: parent
+            height: Style.TextButtonHeight
+            width: Style.TextButtonWidth
+            text: qsTr("Close")
+            onClicked: logDialog.close()
+        }
+    }
+}

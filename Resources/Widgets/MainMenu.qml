@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick 2.15
+import QtQuick.Layouts 1.15
+import "../Controls"
+import "../Utils/Style.js" as Style
+
+// Page menu of the wide layout.
+ColumnLayout {
+    spacing: 0
+
+    MenuButton {
+        objectName: "meterMenuButton"
+        Layout.fillWidth: true
+        Layout.preferredHeight: Style.MainMenuButtonHeight
+        text: qsTr("Meter")
+        imageSource: "qrc:///Resources/Images/Menu/Meter.svg"
+        isCurrent: ActivePageViewModel !== null && ActivePageViewModel.Name === "MeterOperation"
+        enabled: !MainViewModel.LoaderSourceChanging
+        visible: Settings.EnableMeterMode
+        onClicked: {
+            if (!isCurrent)
+                MainViewModel.displayMeterPage();
+        }
+    }
+
+    Rectangle {
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        color: Style.BoxBackgroundColor
+
+        Rectangle {
+            anchors.top: parent.top
+            anchors.bottom: parent.bottom
+            anchors.right: parent.right
+            width: Style.BorderWidth
+            color: Style.BordersColor
+        }
+
+        Rectangle {
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.top: parent.top
+            height: Style.BorderWidth
+            color: Style.BordersColor
+        }
+    }
+}

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick 2.15
+import QtQuick.Layouts 1.15
+import "../Controls"
+import "../Utils/Style.js" as Style
+
+// Page menu of the small layout, closed to its icons or expanded.
+ColumnLayout {
+    spacing: 0
+
+    SmallMenuButton {
+        objectName: "smallMenuToggle"
+        Layout.preferredHeight: Style.SmallMainMenuButtonHeight
+        text: qsTr("Menu")
+        imageSource: "qrc:///Resources/Images/Menu/Menu.svg"
+        imageSize: 30
+        imageLeftMargin: 15
+        isExpanded: MainViewModel.PageMenuExpanded
+        onClicked: MainViewModel.PageMenuExpanded = !MainViewModel.PageMenuExpanded
+    }
+
+    SmallMenuButton {
+        objectName: "smallMeterMenuButton"
+        Layout.preferredHeight: Style.SmallMainMenuButtonHeight
+        text: qsTr("Meter")
+        imageSource: "qrc:///Resources/Images/Menu/Meter.svg"
+        isExpanded: MainViewModel.PageMenuExpanded
+        isCurrent: ActivePageViewModel !== null && ActivePageViewModel.Name === "MeterOperation"
+        visible: Settings.EnableMeterMode
+        onClicked: {
+            if (!isCurrent)
+                MainViewModel.displayMeterPage();
+        }
+    }
+
+    Item {
+        Layout.fillHeight: true
+    }
+}

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "CXMLResultsSerializer.h"
+
+#include "CDataSetMapping.h"
+#include "CDataSetMeasurement.h"
+#include "RecordFormat.h"
+
+#include <QFileDevice>
+#include <QXmlStreamWriter>
+
+#include <array>
+
+namespace {
+
+using namespace RecordFormat;
+
+void writeHead(QXmlStreamWriter& writer, const CDataset& dataset, const Kind& kind)
+{
+    writer.setAutoFormatting(true);
+    writer.writeStartDocument(QStringLiteral("1.0"));
+    writer.writeStartElement(kRoot);
+    writer.writeAttribute(kVersion, kRootVersion);
+
+    writer.writeStartElement(kHeader);
+    writer.writeTextElement(kSource, source());
+    writer.writeTextElement(kDateTime, timeOfSave());
+    writer.writeTextElement(kDescription, kind.description);
+    writer.writeEndElement();
+
+    writer.writeStartElement(kBody);
+    writer.writeAttribute(kType, kBodyType);
+    writer.writeAttribute(kVersion, kBodyVersion);
+    writer.writeTextElement(kComment, dataset.Comment());
+    writer.writeTextElement(kInstrument, dataset.InstrumentName());
+
+    writer.writeStartElement(kDataset);
+    writer.writeAttribute(kType, kind.datasetType);
+    writer.writeAttribute(kVersion, kDatasetVersion);
+    writer.writeStartElement(kHeadings);
+    writer.writeAttribute(kColumnSeparator, QString(kSeparator));
+    writer.writeCharacters(columnHeadings());
+    writer.writeEndElement();
+    const CMeasurementParameters* parameters = dataset.MeasurementParameters();
+    writer.writeTextElement(kParameters,
+                            parameters ? parameters->ToString(QString(kParametersSeparator)) : QString());
+}
+
+void writePlace(QXmlStreamWriter& writer, const CMeasureBlockMapping& block)
+{
+    writer.writeStartElement(kPosition);
+    writer.writeAttribute(kUnit, QString());
+    writer.writeCharacters(toText(block.Position));
+    writer.writeEndElement();
+    writer.writeStartElement(kOrientation);
+    writer.writeAttribute(kUnit, QStringLiteral("degree"));
+    writer.writeCharacters(toText(block.Orientation));
+    writer.writeEndElement();
+}
+
+void writePlace(QXmlStreamWriter& writer, const CMeasureBlock& block)
+{
+    Q_UNUSED(writer)
+    Q_UNUSED(block)
+}
+
+template <class Dataset> bool write(const Dataset& dataset, const Kind& kind, QIODevice* device)
+{
+    if (dataset.MeasureBlocks()->empty())
+        return false;
+
+    QXmlStreamWriter writer(device);
+    writeHead(writer, dataset, kind);
+    for (const auto& block : *dataset.MeasureBlocks()) {
+        writer.writeStartElement(kMeasurements);
+        writer.writeTextElement(kComment, block->Comment());
+        writePlace(writer, *block);
+        writer.writeTextElement(kFlux, block->FormatBlockAsText(QString(kSeparator)));
+        writer.writeEndElement();
+        if (writer.hasError())
+            return false;
+    }
+    writer.writeEndDocument();
+    if (writer.hasError())
+        return false;
+    // A file has taken its last bytes into its buffer only; a full disk shows here.
+    auto* file = qobject_cast<QFileDevice*>(device);
+    return !file || (file->flush() && file->error() == QFileDevice::NoError);
+}
+
+class MeasurementRecordReader : public RecordReader
+{
+public:
+    MeasurementRecordReader(QIODevice* device, CDataSetMeasurement& dataset, State& state)
+        : RecordReader(device, kMeasurement, dataset, state), m_dataset(dataset)
+    {
+    }
+
+private:
+    CMeasureBlock& appendBlock() override
+    {
+        m_dataset.MeasureBlocks()->push_back(QSharedPointer<CMeasureBlock>::create());
+        return *m_dataset.MeasureBlocks()->back();
+    }
+
+    void setResultsCount() override { m_dataset.SetResultsCount(static_cast<quint64>(state().sampleCount)); }
+
+    CDataSetMeasurement& m_dataset;
+};
+
+class MappingRecordReader : public RecordReader
+{
+public:
+    MappingRecordReader(QIODevice* device, CDataSetMapping& dataset, State& state)
+        : RecordReader(device, kMapping, dataset, state), m_dataset(dataset)
+    {
+    }
+
+private:
+    CMeasureBlock& appendBlock() override
+    {
+        m_dataset.MeasureBlocks()->push_back(QSharedPointer<CMeasureBlockMapping>::create());
+        return *m_dataset.MeasureBlocks()->back();
+    }
+
+    void setResultsCount() override { m_dataset.SetResultsCount(m_dataset.MeasureBlocks()->size()); }
+
+    Outcome readExtraElement(CMeasureBlock&) override
+    {
+        const bool isPosition = xml().name() == kPosition;
+        if (!isPosition && xml().name() != kOrientation)
+            return Outcome::Unknown;
+
+        std::array<double, 3> parts{};
+        const bool hasThreeParts = readThreeParts(parts);
+        if (xml().hasError())
+            return Outcome::Read;
+        if (!hasThreeParts)
+            return Outcome::Failed;
+        CMeasureBlockMapping& block = *m_dataset.MeasureBlocks()->back();
+        if (isPosition) {
+            block.Position.SetX(parts[0]);
+            block.Position.SetY(parts[1]);
+            block.Position.SetZ(parts[2]);
+        } else {
+            block.Orientation.SetRoll(parts[0]);
+            block.Orientation.SetPitch(parts[1]);
+            block.Orientation.SetYaw(parts[2]);
+        }
+        return Outcome::Read;
+    }
+
+    bool readThreeParts(std::array<double, 3>& parts)
+    {
+        const QString text = xml().readElementText();
+        if (text.count(kSeparator) != 2)
+            return false;
+        const QVector<QStringRef> texts = text.splitRef(kSeparator);
+        for (size_t i = 0; i < parts.size(); ++i)
+            parts[i] = texts[static_cast<int>(i)].toDouble();
+        return true;
+    }
+
+    CDataSetMapping& m_dataset;
+};
+
+} // namespace
+
+bool CXMLResultsSerializer::WriteMapping(const CDataSetMapping& dataset, QIODevice* device)
+{
+    return write(dataset, kMapping, device);
+}
+
+bool CXMLResultsSerializer::WriteMeasurement(const CDataSetMeasurement& dataset, QIODevice* device)
+{
+    return write(dataset, kMeasurement, device);
+}
+
+bool CXMLResultsSerializer::ReadMapping(QIODevice* device, CDataSetMapping& dataset)
+{
+    return MappingRecordReader(device, dataset, m_state).read();
+}
+
+bool CXMLResultsSerializer::ReadMeasurement(QIODevice* device, CDataSetMeasurement& dataset)
+{
+    m_state.sampleCount = 0;
+    return MeasurementRecordReader(device, dataset, m_state).read();
+}

@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "RecordReader.h"
+
+#include "CDataset.h"
+#include "CMeasureBlock.h"
+#include "EnumTexts.h"
+
+#include <memory>
+
+namespace {
+
+constexpr int kParameterCount = 11;
+constexpr int kMaxDepth = 256;
+/// Characters. The predefined entities do not count.
+constexpr int kMaxEntityExpansion = 64;
+
+/// Sets the field that stands at this position of the parameters; the key is not looked at.
+void setParameter(CMeasurementParameters& parameters, int position, const QString& text)
+{
+    switch (position) {
+    case 0: {
+        const CUnits::UnitType units = TextToUnit(text);
+        parameters.SetUnits(units);
+        parameters.SetDisplayUnits(units);
+        parameters.SetUncertaintyUnits(GetUncertaintyUnit(units));
+        break;
+    }
+    case 1:
+        parameters.SetRange(text.toFloat());
+        break;
+    case 2:
+        parameters.SetAutoRange(text.toInt() != 0);
+        break;
+    case 3:
+        parameters.SetTriggerMode(TextToTriggerMode(text));
+        break;
+    case 4:
+        parameters.SetAcquisitionRate(text.toDouble());
+        break;
+    case 5:
+        parameters.SetDisplayRate(text.toDouble());
+        break;
+    case 6:
+        parameters.SetAveraging(text.toInt());
+        break;
+    case 7:
+        parameters.SetFrequencyMin(text.toDouble());
+        break;
+    case 8:
+        parameters.SetFrequencyMax(text.toDouble());
+        break;
+    case 9:
+        parameters.SetNumberOfBins(text.toDouble());
+        break;
+    case 10:
+        parameters.SetBlockSize(text.toInt());
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace
+
+RecordReader::RecordReader(QIODevice* device, const RecordFormat::Kind& kind, CDataset& dataset, State& state)
+    : m_xml(device), m_kind(kind), m_dataset(dataset), m_state(state)
+{
+    m_xml.setEntityExpansionLimit(kMaxEntityExpansion);
+}
+
+bool RecordReader::read()
+{
+    using namespace RecordFormat;
+    if (!m_xml.readNextStartElement())
+        return fail(QStringLiteral("The file is empty"));
+    if (!isAt(kRoot) || attribute(kVersion) != kRootVersion)
+        return fail(m_kind.notOfThisKind);
+    while (m_xml.readNextStartElement()) {
+        if (isAt(kHeader)) {
+            readHeader();
+        } else if (isAt(kBody) && attribute(kType) == kBodyType) {
+            if (!readBody())
+                return false;
+        } else {
+            skipElement();
+        }
+    }
+    return true;
+}
+
+RecordReader::Outcome RecordReader::readExtraElement(CMeasureBlock& block)
+{
+    Q_UNUSED(block)
+    return Outcome::Unknown;
+}
+
+void RecordReader::readHeader()
+{
+    while (m_xml.readNextStartElement()) {
+        if (isAt(RecordFormat::kDateTime))
+            m_dataset.SetDate(m_xml.readElementText());
+        else
+            skipElement();
+    }
+}
+
+bool RecordReader::readBody()
+{
+    using namespace RecordFormat;
+    const QString version = attribute(kVersion);
+    if (version != kBodyVersion)
+        return fail(QStringLiteral("The Norvane XML record file body is not supported. (read body v%1).")
+                        .arg(version));
+    while (m_xml.readNextStartElement()) {
+        if (isAt(kInstrument)) {
+            m_dataset.SetInstrumentName(m_xml.readElementText());
+        } else if (isAt(kComment)) {
+            m_dataset.SetComment(m_xml.readElementText());
+        } else if (isAt(kDataset)) {
+            if (!readDataset())
+                return false;
+        } else {
+            skipElement();
+        }
+    }
+    return true;
+}
+
+bool RecordReader::readDataset()
+{
+    using namespace RecordFormat;
+    if (attribute(kType) != m_kind.datasetType)
+        return fail(QStringLiteral("The file does not contain a ") + kDataset + QStringLiteral(" of type ") +
+                    m_kind.datasetType);
+    m_state.formatVersion = attribute(kVersion);
+    const bool hasUncertainty = m_state.formatVersion == kDatasetVersion;
+    if (!hasUncertainty && m_state.formatVersion != kDatasetVersionWithoutUncertainty)
+        return fail(QStringLiteral("The measurement dataset type is not supported. (read body v%1).")
+                        .arg(m_state.formatVersion));
+
+    m_fluxReader.setHasUncertaintyColumn(hasUncertainty);
+    m_fluxReader.setSeparator(QString(kSeparator));
+    while (m_xml.readNextStartElement()) {
+        if (isAt(kHeadings)) {
+            if (m_xml.attributes().hasAttribute(kColumnSeparator))
+                m_fluxReader.setSeparator(attribute(kColumnSeparator));
+            skipElement();
+        } else if (isAt(kParameters)) {
+            readParameters();
+        } else if (isAt(kMeasurements)) {
+            if (!readMeasurements())
+                return false;
+        } else {
+            skipElement();
+        }
+    }
+    setResultsCount();
+    return true;
+}
+
+void RecordReader::readParameters()
+{
+    auto owned = std::make_unique<CMeasurementParameters>();
+    CMeasurementParameters& parameters = *owned;
+    // The set describes what was recorded. Without its couplings no field is derived from another one, and
+    // each stays as the file has it.
+    QObject::disconnect(&parameters, nullptr, &parameters, nullptr);
+    m_dataset.AdoptMeasurementParameters(std::move(owned));
+
+    const QString text = m_xml.readElementText();
+    int begin = 0;
+    for (int position = 0; position < kParameterCount && begin <= text.size(); ++position) {
+        const int separator = text.indexOf(RecordFormat::kParametersSeparator, begin);
+        const int end = separator < 0 ? text.size() : separator;
+        const QStringRef entry = text.midRef(begin, end - begin);
+        if (entry.count(QLatin1Char('=')) == 1)
+            setParameter(parameters, position, entry.mid(entry.indexOf(QLatin1Char('=')) + 1).toString());
+        begin = end + 1;
+    }
+}
+
+bool RecordReader::readMeasurements()
+{
+    CMeasureBlock& block = appendBlock();
+    // Elements that are not known are not skipped: the walk goes on inside them.
+    int depth = 1;
+    while (depth > 0 && !m_xml.atEnd()) {
+        const QXmlStreamReader::TokenType token = m_xml.readNext();
+        if (token == QXmlStreamReader::EndElement) {
+            --depth;
+        } else if (token == QXmlStreamReader::StartElement) {
+            const Outcome outcome = readBlockElement(block);
+            if (outcome == Outcome::Failed)
+                return false;
+            if (outcome == Outcome::Unknown)
+                refuseDepth(++depth);
+        }
+    }
+    return true;
+}
+
+RecordReader::Outcome RecordReader::readBlockElement(CMeasureBlock& block)
+{
+    if (isAt(RecordFormat::kFlux)) {
+        m_state.sampleCount += m_fluxReader.read(m_xml.readElementText(), block);
+        return Outcome::Read;
+    }
+    if (isAt(RecordFormat::kComment)) {
+        block.SetComment(m_xml.readElementText());
+        return Outcome::Read;
+    }
+    return readExtraElement(block);
+}
+
+void RecordReader::skipElement()
+{
+    int depth = 1;
+    while (depth > 0 && !m_xml.atEnd()) {
+        const QXmlStreamReader::TokenType token = m_xml.readNext();
+        if (token == QXmlStreamReader::EndElement)
+            --depth;
+        else if (token == QXmlStreamReader::StartElement)
+            refuseDepth(++depth);
+    }
+}
+
+void RecordReader::refuseDepth(int depth)
+{
+    if (depth > kMaxDepth)
+        m_xml.raiseError(QStringLiteral("The elements are nested too deeply"));
+}
+
+bool RecordReader::fail(const QString& message)
+{
+    m_state.errorMessage = message;
+    return false;
+}
+
+QString RecordReader::attribute(QLatin1String name) const
+{
+    return m_xml.attributes().value(name).toString();
+}

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "FluxReader.h"
+#include "RecordFormat.h"
+
+#include <QString>
+#include <QXmlStreamReader>
+
+class CDataset;
+class CMeasureBlock;
+class QIODevice;
+
+/// One walk over the stream of a record file. What differs between the two kinds of records is left to a
+/// derived class.
+///
+/// Files may be hostile: elements nested deeper than any record has them, and internal entities that expand
+/// to more than a few characters, count as XML errors, which bounds time and memory by the size of the file.
+class RecordReader
+{
+public:
+    /// What the serializer keeps of its reads.
+    struct State
+    {
+        QString errorMessage;
+        qint32 sampleCount = 0;
+        QString formatVersion;
+    };
+
+    RecordReader(QIODevice* device, const RecordFormat::Kind& kind, CDataset& dataset, State& state);
+    virtual ~RecordReader() = default;
+    Q_DISABLE_COPY(RecordReader)
+
+    bool read();
+
+protected:
+    /// A new block at the end of the dataset's queue.
+    virtual CMeasureBlock& appendBlock() = 0;
+    /// Called at the end of a dataset.
+    virtual void setResultsCount() = 0;
+    enum class Outcome { Read, Unknown, Failed };
+    /// Reads the current element to its end if only this kind of record has it. A failure ends the whole
+    /// read.
+    virtual Outcome readExtraElement(CMeasureBlock& block);
+
+    QXmlStreamReader& xml() { return m_xml; }
+    const State& state() const { return m_state; }
+
+private:
+    void readHeader();
+    bool readBody();
+    bool readDataset();
+    void readParameters();
+    bool readMeasurements();
+    Outcome readBlockElement(CMeasureBlock& block);
+    void skipElement();
+    void refuseDepth(int depth);
+    bool fail(const QString& message);
+    QString attribute(QLatin1String name) const;
+    bool isAt(QLatin1String elementName) const { return m_xml.name() == elementName; }
+
+    QXmlStreamReader m_xml;
+    const RecordFormat::Kind& m_kind;
+    CDataset& m_dataset;
+    State& m_state;
+    FluxReader m_fluxReader;
+};

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "FakeOptions.h"
+
+#include <QStringList>
+
+namespace FakeOptions {
+
+void takeFromEnvironment(QObject& plugin)
+{
+    const QStringList entries = qEnvironmentVariable("KESTRIX_FAKE").split(QLatin1Char(';'));
+    for (const QString& entry : entries) {
+        const int equals = entry.indexOf(QLatin1Char('='));
+        if (equals > 0)
+            plugin.setProperty(entry.left(equals).toLatin1().constData(), entry.mid(equals + 1));
+    }
+}
+
+QVariant value(const QObject* object, const QObject* plugin, const char* key, const QVariant& fallback)
+{
+    for (const QObject* holder : {object, plugin}) {
+        if (!holder)
+            continue;
+        const QVariant option = holder->property(key);
+        if (option.isValid())
+            return option;
+    }
+    return fallback;
+}
+
+void recordCall(QObject& fake, const QString& call)
+{
+    fake.setProperty("calls", fake.property("calls").toStringList() << call);
+}
+
+} // namespace FakeOptions
