@@ -3,13 +3,14 @@
 // once.
 #include "CChart2DMeterData.h"
 #include "CFieldIntensityResult.h"
+#include "CInstrumentSupervisor.h"
 #include "CMeasureBlock.h"
 #include "COperationMeasure.h"
+#include "CPluginsManager.h"
 #include "CSettings.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstdio>
@@ -103,11 +104,12 @@ void print(const char* what, double us)
 
 int main(int argc, char** argv)
 {
-    const QTemporaryDir home;
-    qputenv("HOME", home.path().toUtf8());
     const QCoreApplication application(argc, argv);
     CSettings settings(QCoreApplication::applicationDirPath());
-    COperationMeasure operation(&settings, nullptr, nullptr);
+    settings.RestoreFactorySettings(false);
+    CPluginsManager pluginsManager(settings);
+    CInstrumentSupervisor supervisor(&settings);
+    COperationMeasure operation(&settings, &pluginsManager, &supervisor);
     operation.OperationParameters()->MeasurementParameters()->SetAcquisitionRate(kRateHz);
     CChart2DMeterData chart(&operation, &settings);
 
@@ -126,10 +128,16 @@ int main(int argc, char** argv)
         std::sort(times.begin(), times.end());
         return times[times.size() / 2];
     };
-    for (const int blocks : {50, 150, 1000 - 200, 200})
-        std::printf("%-48s %6d results in it %10.1f us\n", "add a live block of 100, history filling",
-                    static_cast<int>(chart.MeasureResultCount()) + blocks * kBlockSize, medianOfAdds(blocks));
-    print("add a live block of 100, history full (120,000)", medianOfAdds(500));
+    std::printf("add a live block of 100 results, median of 50 blocks\n");
+    for (const int history : {0, 1000, 10000, 50000, 100000}) {
+        while (chart.MeasureResultCount() < static_cast<qulonglong>(history))
+            addBlock();
+        std::printf("  behind %6d results %46s", history, "");
+        std::printf("%10.1f us\n", medianOfAdds(50));
+    }
+    while (chart.MeasureResultCount() < kFullHistory)
+        addBlock();
+    print("  behind 120000 results, where the oldest 100 drop", medianOfAdds(500));
 
     std::deque<QSharedPointer<CMeasureBlock>> dataset;
     std::deque<QSharedPointer<CFieldIntensityResult>> results;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick 2.15
+import QtQml 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import "../Controls"
@@ -8,6 +9,8 @@ import "../Utils/Style.js" as Style
 // Instruments found, the default one, and the facts of the connected one.
 ScrollView {
     id: information
+
+    readonly property int factLabelWidth: 150
 
     clip: true
     contentWidth: availableWidth
@@ -103,41 +106,49 @@ ScrollView {
             contentSpacing: 5
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Manufacturer")
                 value: ConnectionPageViewModel.Manufacturer
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Model")
                 value: ConnectionPageViewModel.Model
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Serial number")
                 value: ConnectionPageViewModel.SerialNumber
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Electronics version")
                 value: ConnectionPageViewModel.ElectronicsVersion
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Firmware version")
                 value: ConnectionPageViewModel.FirmwareVersion
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Probe version")
                 value: ConnectionPageViewModel.ProbeVersion
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Manufacturing date")
                 value: ConnectionPageViewModel.ManufacturingDate
             }
 
             LabelDisplayer {
+                labelWidth: information.factLabelWidth
                 label: qsTr("Calibration date")
                 value: ConnectionPageViewModel.CalibrationDate
                 valueColor: ConnectionPageViewModel.CalibrationOutOfDate ? "red" : Style.TextDarkColor

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick 2.15
+import QtQml 2.15
 import QtQuick.Layouts 1.15
 import "../Controls"
 

@@ -12,6 +12,7 @@ ColumnLayout {
     property string value: ""
 
     Layout.minimumWidth: 100
+    Layout.maximumWidth: Layout.fillWidth ? -1 : 220
     Layout.alignment: Qt.AlignTop
     spacing: 2
 

@@ -61,7 +61,7 @@ Dialog {
             id: overrideWarnings
 
             objectName: "overrideWarningsBox"
-            text: qsTr("Override warnings")
+            label: qsTr("Override warnings")
         }
 
         Item {

@@ -7,3 +7,9 @@
 inline constexpr QLatin1String kApplicationName("Kestrix");
 inline constexpr QLatin1String kApplicationVersion("1.2.4");
 inline constexpr QLatin1String kOrganizationName("Norvane");
+
+/// Where the maker is reached; whoever builds a product for release sets these four.
+inline constexpr QLatin1String kOrganizationDomain("norvane.invalid");
+inline constexpr QLatin1String kOrganizationWebsite("https://www.norvane.invalid");
+inline constexpr QLatin1String kOrganizationEmail("contact@norvane.invalid");
+inline constexpr QLatin1String kSoftwareUpdateWebsite("https://www.norvane.invalid/download");

@@ -1,0 +1,4 @@
+// SPDX-License-Identifier: MIT
+#include "CBlockSource.h"
+
+CBlockSource::~CBlockSource() = default;

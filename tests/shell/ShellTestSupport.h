@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "CInstrument.h"
+#include "CInstrumentListProvider.h"
+#include "CTriggerPlugin.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QStringList>
+#include <QTimer>
+
+#include <stdexcept>
+
+/// An instrument that connects as it is told to.
+class FakeInstrument : public CInstrument
+{
+public:
+    enum Connecting { Succeeds, Fails, Throws };
+
+    FakeInstrument(const QString& name, const QString& serialNumber)
+    {
+        SetName(name);
+        SetSerialNumber(serialNumber);
+    }
+
+    void SendTrigger() override {}
+    bool Connect() override
+    {
+        ++connects;
+        if (connecting == Throws)
+            throw std::runtime_error("no answer");
+        SetIsConnected(connecting == Succeeds);
+        return connecting == Succeeds;
+    }
+    void Disconnect() override
+    {
+        ++disconnects;
+        SetIsRunning(false);
+        SetIsConnected(false);
+    }
+    void StartMeasurement() override { SetIsRunning(true); }
+    void StopMeasurement() override { SetIsRunning(false); }
+    void CalibrateZeroOffset(bool) override {}
+    void RestoreZeroOffsetToFactory() override {}
+
+    Connecting connecting = Succeeds;
+    int connects = 0;
+    int disconnects = 0;
+};
+
+class FakeProvider : public CInstrumentListProvider
+{
+public:
+    QList<QSharedPointer<CInstrument>> GetInstrumentList() override
+    {
+        ++listCalls;
+        return instruments;
+    }
+    void SetSerialPortSettings(QString port, int baudRate) override
+    {
+        portSettings << port + QLatin1Char('@') + QString::number(baudRate);
+    }
+
+    QSharedPointer<FakeInstrument> add(const char* name, const char* serialNumber)
+    {
+        auto instrument = QSharedPointer<FakeInstrument>::create(QString::fromLatin1(name),
+                                                                 QString::fromLatin1(serialNumber));
+        instruments << instrument;
+        return instrument;
+    }
+
+    QList<QSharedPointer<CInstrument>> instruments;
+    int listCalls = 0;
+    QStringList portSettings;
+};
+
+class FakeTrigger : public CTriggerPlugin
+{
+public:
+    void Start() override {}
+    void Stop() override {}
+    void Shutdown() override { ++shutdowns; }
+
+    int shutdowns = 0;
+};
+
+/// Answers message boxes while it lives, in order, and keeps their texts as "text|informative text". A box
+/// beyond the last answer is rejected.
+class BoxAnswers : public QObject
+{
+public:
+    explicit BoxAnswers(const QList<QMessageBox::StandardButton>& answers = {}) : m_answers(answers)
+    {
+        m_timer.callOnTimeout(this, [this] { answer(); });
+        m_timer.start(1);
+    }
+
+    /// Runs once, when the first box is open and before it is answered.
+    std::function<void()> whileOpen;
+    QStringList texts;
+
+private:
+    void answer()
+    {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        texts << box->text() + QLatin1Char('|') + box->informativeText();
+        if (whileOpen)
+            std::exchange(whileOpen, nullptr)();
+        QAbstractButton* button = m_answers.isEmpty() ? nullptr : box->button(m_answers.takeFirst());
+        if (button)
+            button->click();
+        else
+            box->reject();
+    }
+
+    QList<QMessageBox::StandardButton> m_answers;
+    QTimer m_timer;
+};
+
+/// Lets objects that were given to deleteLater go.
+inline void deleteDeferred()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}

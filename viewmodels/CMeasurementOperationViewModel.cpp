@@ -1,0 +1,299 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "CMeasurementOperationViewModel.h"
+
+#include "CInstrument.h"
+#include "CMeasurementParameters.h"
+#include "COperationMeasure.h"
+#include "COperationParameters.h"
+#include "CRecordingManagerMeasure.h"
+#include "CSettings.h"
+#include "CUtils.h"
+#include "Property.h"
+
+#include <QDateTime>
+#include <QDebug>
+#include <QFileDialog>
+#include <QRegExp>
+#include <QSharedPointer>
+
+namespace {
+
+QString now(const QString& format)
+{
+    return QDateTime::currentDateTime().toString(format);
+}
+
+/// The first four digits in a row of the model's name.
+QString modelDigits(const QString& model)
+{
+    const QRegExp fourDigits(QStringLiteral("\\d{4}"));
+    return fourDigits.indexIn(model) >= 0 ? fourDigits.cap(0) : QStringLiteral("0000");
+}
+
+} // namespace
+
+CMeasurementOperationViewModel::CMeasurementOperationViewModel(const QString& name,
+                                                               COperationMeasure* operation,
+                                                               CSettings* settings, QObject* parent)
+    : COperationViewModel(name, parent), m_operation(operation), m_settings(settings),
+      m_replayParametersViewModel(operation)
+{
+    connect(liveParameters(), &CMeasurementParameters::UnitsChanged, this,
+            &CMeasurementOperationViewModel::OnMeasureParametersUnitChanged);
+    connect(liveParameters(), &CMeasurementParameters::UncertaintyUnitsChanged, this,
+            &CMeasurementOperationViewModel::OnMeasureParametersUncertaintyUnitChanged);
+    connect(dataSet(), &CDataset::MeasurementParametersUpdated, this,
+            &CMeasurementOperationViewModel::OnMeasureParametersUnitChanged);
+
+    if (!recordingManager()->IsDataLoaded())
+        pointDataSetAtLiveParameters();
+    const CMeasurementParameters* parameters = dataSet()->MeasurementParameters();
+    SetDisplayUncertaintyUnits(parameters->UncertaintyUnits());
+    OnMeasureParametersUnitChanged(parameters->Units());
+}
+
+CRecordingManagerMeasure* CMeasurementOperationViewModel::recordingManager() const
+{
+    return m_operation->RecordingManager();
+}
+
+CDataSetMeasurement* CMeasurementOperationViewModel::dataSet() const
+{
+    return recordingManager()->DataSet();
+}
+
+CMeasurementParameters* CMeasurementOperationViewModel::liveParameters() const
+{
+    return m_operation->OperationParameters()->MeasurementParameters();
+}
+
+void CMeasurementOperationViewModel::pointDataSetAtLiveParameters()
+{
+    dataSet()->SetMeasurementParameters(liveParameters());
+}
+
+void CMeasurementOperationViewModel::takeDisplayUnitsOfLiveParameters()
+{
+    SetDisplayUnits(liveParameters()->Units());
+    SetDisplayUncertaintyUnits(liveParameters()->UncertaintyUnits());
+}
+
+void CMeasurementOperationViewModel::disconnectFromOperation()
+{
+    for (QObject* sender :
+         std::initializer_list<QObject*>{operation(), liveParameters(), dataSet(), recordingManager()})
+        disconnect(sender, nullptr, this, nullptr);
+}
+
+void CMeasurementOperationViewModel::SetCommentOverAll(const QString& comment)
+{
+    storeAndEmitOnChange(this, m_commentOverAll, comment,
+                         &CMeasurementOperationViewModel::CommentOverAllChanged);
+}
+
+void CMeasurementOperationViewModel::OnMeasureParametersUnitChanged(CUnits::UnitType units)
+{
+    SetDisplayUnits(units);
+    if (DisplayUncertaintyUnits() != CUnits::PERCENT)
+        SetDisplayUncertaintyUnits(GetUncertaintyUnit(units));
+}
+
+void CMeasurementOperationViewModel::OnMeasureParametersUncertaintyUnitChanged(CUnits::UnitType units)
+{
+    const bool isLoaded = recordingManager()->IsDataLoaded();
+    SetDisplayUncertaintyUnits(isLoaded ? dataSet()->MeasurementParameters()->UncertaintyUnits() : units);
+}
+
+void CMeasurementOperationViewModel::resume()
+{
+    if (recordingManager()->IsPlayingBack()) {
+        recordingManager()->StartReplay();
+        return;
+    }
+    if (!recordingManager()->IsIdleWithData()) {
+        beginSession();
+        return;
+    }
+    if (!askToQuitOperation())
+        return;
+    m_operation->Reset();
+    beginSession();
+    takeDisplayUnitsOfLiveParameters();
+}
+
+void CMeasurementOperationViewModel::beginSession()
+{
+    m_operation->StartSession();
+    recordingManager()->SetIsHolding(false);
+    recordingManager()->SetIsIdle(false);
+}
+
+void CMeasurementOperationViewModel::hold()
+{
+    recordingManager()->SetIsHolding(true);
+    if (recordingManager()->IsPlayingBack())
+        recordingManager()->PauseReplay();
+    else
+        m_operation->StopSession();
+}
+
+void CMeasurementOperationViewModel::record()
+{
+    recordingManager()->ResetRecord();
+    pointDataSetAtLiveParameters();
+    if (const QSharedPointer<CInstrument> instrument = m_operation->ActiveInstrument()) {
+        dataSet()->SetInstrumentName(instrument->Model() + QLatin1Char(' ') + instrument->SerialNumber());
+        dataSet()->SetDate(now(QStringLiteral("yyyy.MM.dd HH:mm:ss")));
+    }
+}
+
+void CMeasurementOperationViewModel::stop()
+{
+    if (recordingManager()->IsPlayingBack())
+        recordingManager()->StopReplay();
+    if (recordingManager()->IsRecording())
+        endRecord();
+}
+
+void CMeasurementOperationViewModel::endRecord()
+{
+    recordingManager()->SetIsHolding(true);
+    if (recordingManager()->IsPlayingBack())
+        recordingManager()->PauseReplay();
+    else
+        m_operation->StopSession();
+    recordingManager()->StopRecord();
+    SetCommentOverAll(dataSet()->Comment());
+}
+
+void CMeasurementOperationViewModel::end()
+{
+    if (!askToQuitOperation())
+        return;
+    m_operation->StopSession();
+    m_operation->Reset();
+    pointDataSetAtLiveParameters();
+    takeDisplayUnitsOfLiveParameters();
+}
+
+void CMeasurementOperationViewModel::start()
+{
+    recordingManager()->StartReplay();
+}
+
+void CMeasurementOperationViewModel::step()
+{
+    recordingManager()->StartReplay();
+}
+
+void CMeasurementOperationViewModel::playback()
+{
+    recordingManager()->PlayNextStep();
+}
+
+void CMeasurementOperationViewModel::load()
+{
+    if (recordingManager()->HasUnsavedData() && !askToQuitOperation())
+        return;
+    if (m_operation->SessionInProgress()) {
+        m_operation->StopSession();
+        m_operation->Reset();
+    }
+    stop();
+
+    const QString path = QFileDialog::getOpenFileName(nullptr, tr("Open File"),
+                                                      m_settings->DefaultStoragePath(), tr("XML (*.xml)"));
+    if (path.isEmpty())
+        return;
+    if (recordingManager()->Load(path))
+        followLoad();
+    else
+        followFailedLoad();
+}
+
+void CMeasurementOperationViewModel::followLoad()
+{
+    if (recordingManager()->IsDataLoaded()) {
+        const CMeasurementParameters* parameters = dataSet()->MeasurementParameters();
+        replaceDisplayUncertaintyUnits(parameters->UncertaintyUnits());
+        OnMeasureParametersUnitChanged(parameters->Units());
+    }
+    emit DatasetLoaded();
+}
+
+void CMeasurementOperationViewModel::followFailedLoad()
+{
+    m_operation->Reset();
+    pointDataSetAtLiveParameters();
+    qWarning().noquote() << "Error while loading file:"
+                         << recordingManager()->XMLResultsSerializer()->ErrorMessage();
+    CUtils::ShowError(tr("Could not load file"), tr("The file is not a valid Norvane XML measurement file"));
+}
+
+void CMeasurementOperationViewModel::openReplayRange()
+{
+    const auto numBlocks = static_cast<int>(dataSet()->MeasureBlocks()->size());
+    m_replayParametersViewModel.SetNumBlocks(numBlocks);
+    m_replayParametersViewModel.SetStartingBlock(1);
+    m_replayParametersViewModel.SetEndingBlock(numBlocks);
+    m_replayParametersViewModel.SetCurrentBlock(m_replayParametersViewModel.EndingBlock());
+    recordingManager()->SetReplayIndex(numBlocks >= 1 ? numBlocks - 1 : 0);
+}
+
+void CMeasurementOperationViewModel::save()
+{
+    QString model;
+    QString serialNumber;
+    if (const QSharedPointer<CInstrument> instrument = m_operation->ActiveInstrument()) {
+        model = instrument->Model();
+        serialNumber = instrument->SerialNumber();
+    }
+    const QStringList parts{modelDigits(model), serialNumber, now(QStringLiteral("yyyy-MM-dd_HH.mm.ss")),
+                            QStringLiteral("measurement.qdr.xml")};
+    recordingManager()->Save(QFileDialog::getSaveFileName(
+        nullptr, tr("Save File"), inDefaultStorage(parts.join(QLatin1Char('_'))), tr("XML (*.xml)")));
+}
+
+void CMeasurementOperationViewModel::saveParameters()
+{
+    const QString fileName = QStringLiteral("MeasurementParameters-") +
+                             now(QStringLiteral("yyyy.MM.dd-HH.mm.ss")) + QStringLiteral(".xml");
+    m_operation->SaveParameters(QFileDialog::getSaveFileName(nullptr, tr("Save parameters to file"),
+                                                             inDefaultStorage(fileName), tr("XML (*.xml)")));
+}
+
+void CMeasurementOperationViewModel::loadParameters()
+{
+    const QString path = QFileDialog::getOpenFileName(nullptr, tr("Open parameters to file"),
+                                                      m_settings->DefaultStoragePath(), tr("XML (*.xml)"));
+    if (!path.isEmpty())
+        m_operation->LoadParameters(path);
+}
+
+QString CMeasurementOperationViewModel::inDefaultStorage(const QString& fileName) const
+{
+    return m_settings->DefaultStoragePath() + QLatin1Char('/') + fileName;
+}
+
+void CMeasurementOperationViewModel::zeroOffset(bool forceCalibration)
+{
+    if (const QSharedPointer<CInstrument> instrument = m_operation->ActiveInstrument())
+        instrument->CalibrateZeroOffset(forceCalibration);
+}
+
+void CMeasurementOperationViewModel::zeroOffset()
+{
+    zeroOffset(false);
+}
+
+void CMeasurementOperationViewModel::restoreZeroOffsetToFactory()
+{
+    if (const QSharedPointer<CInstrument> instrument = m_operation->ActiveInstrument())
+        instrument->RestoreZeroOffsetToFactory();
+}
+
+bool CMeasurementOperationViewModel::askToQuitOperation() const
+{
+    return CUtils::AskConfirmation(tr("Are you sure you want to quit the current operation?"),
+                                   tr("All the measured data will be lost"));
+}

@@ -1,0 +1,454 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "CMeterOperationViewModel.h"
+
+#include "CMeasurementParameters.h"
+#include "COperationMeasure.h"
+#include "CRecordingManagerMeasure.h"
+#include "CSettings.h"
+#include "CompassGeometry.h"
+#include "FieldArrows.h"
+#include "Property.h"
+#include "SmallBlockCutter.h"
+#include "UncertaintyConversion.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr int kZAxisIndex = 2;
+constexpr int kDirectMode = 0;
+constexpr int kAlternatingMode = 1;
+constexpr int kShortestDelayMs = 1;
+
+} // namespace
+
+CMeterOperationViewModel::CMeterOperationViewModel(COperationMeasure* operation, CSettings* settings,
+                                                   QObject* parent)
+    : CMeasurementOperationViewModel(QStringLiteral("MeterOperation"), operation, settings, parent),
+      m_datasetViewModel(dataSet(), recordingManager())
+{
+    m_smallBlockTimer.setSingleShot(true);
+    connectSignals();
+    resetDisplay();
+    recordingManager()->SetIsProcessingBlock(false);
+    presentExistingData();
+    SetCommentOverAll(dataSet()->Comment());
+}
+
+void CMeterOperationViewModel::connectSignals()
+{
+    connect(operation(), &COperationMeasure::NewMeasure, this, &CMeterOperationViewModel::OnNewMeasure);
+    connect(liveParameters(), &CMeasurementParameters::UnitsChanged, this,
+            &CMeterOperationViewModel::OnOperationParameterUnitChanged);
+    connect(liveParameters(), &CMeasurementParameters::UncertaintyUnitsChanged, this,
+            &CMeterOperationViewModel::OnMeasureParametersUncertaintyUnitChanged);
+    connect(dataSet(), &CDataset::ClearedChanged, this, &CMeterOperationViewModel::OnDataSetCleared);
+    connect(recordingManager(), &CRecordingManager::IsPlayingBackChanged, this,
+            &CMeterOperationViewModel::OnPlayingBackChanged);
+    connect(recordingManager(), &CRecordingManager::IsHoldingChanged, this,
+            &CMeterOperationViewModel::OnIsHoldingChanged);
+    connect(this, &CMeterOperationViewModel::SelectedProbeAxisIndexChanged, this,
+            &CMeterOperationViewModel::OnSelectedProbeAxisIndexChanged);
+    connect(this, &CMeterOperationViewModel::SelectedModeIndexChanged, this,
+            &CMeterOperationViewModel::OnSelectedModeIndexChanged);
+    connect(this, &COperationViewModel::DatasetLoaded, this, &CMeterOperationViewModel::OnDatasetLoaded);
+    connect(&m_smallBlockTimer, &QTimer::timeout, this, &CMeterOperationViewModel::OnSmallBlockTimer);
+}
+
+void CMeterOperationViewModel::PageLeft()
+{
+    disconnectFromOperation();
+    disconnect(this, nullptr, this, nullptr);
+    m_smallBlockTimer.stop();
+    disconnect(&m_smallBlockTimer, nullptr, this, nullptr);
+}
+
+QString CMeterOperationViewModel::GetHelpName() const
+{
+    switch (SectionIndex()) {
+    case 0:
+        return QStringLiteral("meter_component");
+    case 1:
+        return QStringLiteral("meter_plot");
+    case 2:
+        return QStringLiteral("meter_table");
+    default:
+        return {};
+    }
+}
+
+void CMeterOperationViewModel::resetAllMaximum()
+{
+    using Self = CMeterOperationViewModel;
+    storeAndEmit(this, m_bMax, 0.0, &Self::BMaxChanged);
+    storeAndEmit(this, m_bPrimeMax, 0.0, &Self::BPrimeMaxChanged);
+    storeAndEmit(this, m_bxMax, 0.0, &Self::BxMaxChanged);
+    storeAndEmit(this, m_byMax, 0.0, &Self::ByMaxChanged);
+    storeAndEmit(this, m_bzMax, 0.0, &Self::BzMaxChanged);
+}
+
+void CMeterOperationViewModel::SetSelectedProbeAxisIndex(int index)
+{
+    storeAndEmitOnChange(this, m_selectedProbeAxisIndex, index,
+                         &CMeterOperationViewModel::SelectedProbeAxisIndexChanged);
+}
+
+void CMeterOperationViewModel::SetSelectedModeIndex(int index)
+{
+    storeAndEmitOnChange(this, m_selectedModeIndex, index,
+                         &CMeterOperationViewModel::SelectedModeIndexChanged);
+}
+
+void CMeterOperationViewModel::SetRotEnable(bool enable)
+{
+    storeAndEmitOnChange(this, m_rotEnable, enable, &CMeterOperationViewModel::RotEnableChanged);
+}
+
+void CMeterOperationViewModel::setCommentBlock(const QString& comment)
+{
+    storeAndEmitOnChange(this, m_commentBlock, comment, &CMeterOperationViewModel::CommentBlockChanged);
+}
+
+void CMeterOperationViewModel::setRotVisible(bool visible)
+{
+    storeAndEmitOnChange(this, m_rotVisible, visible, &CMeterOperationViewModel::RotVisibleChanged);
+}
+
+CMeterOperationViewModel::BlockPointer CMeterOperationViewModel::lastBlockOfDataSet() const
+{
+    const auto& blocks = *dataSet()->MeasureBlocks();
+    return blocks.empty() ? BlockPointer() : blocks.back();
+}
+
+void CMeterOperationViewModel::resetDisplay()
+{
+    using Self = CMeterOperationViewModel;
+    storeAndEmit(this, m_bLastBlock, 0.0, &Self::BLastBlockChanged);
+    storeAndEmit(this, m_bPrimeLastBlock, 0.0, &Self::BPrimeLastBlockChanged);
+    storeAndEmit(this, m_bxLastBlock, 0.0, &Self::BxLastBlockChanged);
+    storeAndEmit(this, m_byLastBlock, 0.0, &Self::ByLastBlockChanged);
+    storeAndEmit(this, m_bzLastBlock, 0.0, &Self::BzLastBlockChanged);
+    storeAndEmit(this, m_dBLastBlock, 0.0, &Self::dBLastBlockChanged);
+    resetAllMaximum();
+
+    storeAndEmitOnChange(this, m_probeAxisNames,
+                         {QStringLiteral("Bx"), QStringLiteral("By"), QStringLiteral("Bz")},
+                         &Self::ProbeAxisNamesChanged);
+    storeAndEmitOnChange(this, m_modeNames, {QStringLiteral("DC"), QStringLiteral("AC")},
+                         &Self::ModeNamesChanged);
+    m_selectedModeIndex = kDirectMode;
+    m_selectedProbeAxisIndex = kZAxisIndex;
+
+    dropSmallBlocks();
+    m_firstSampleTime = QDateTime::fromMSecsSinceEpoch(0);
+    m_firstSampleNanoseconds = 0;
+    m_timeWarp = 1.0;
+
+    if (!recordingManager()->IsDataLoaded())
+        pointDataSetAtLiveParameters();
+}
+
+void CMeterOperationViewModel::presentExistingData()
+{
+    const auto& blocks = *dataSet()->MeasureBlocks();
+    if (blocks.empty())
+        return;
+    std::size_t index = blocks.size() - 1;
+    const CRecordingManager& manager = *recordingManager();
+    const bool isMovedByReplay = manager.IsPlayingBack() || manager.IsDataLoaded() ||
+                                 (manager.IsIdleWithData() && !manager.IsRecording());
+    if (isMovedByReplay && manager.ReplayIndex() >= 0)
+        index = std::min(static_cast<std::size_t>(manager.ReplayIndex()), index);
+
+    const BlockPointer block = blocks.at(index);
+    updateLastBlockValues(*block);
+    setCommentBlock(block->Comment());
+    updateCompass(*block);
+    updateArrows(*block);
+    storeAndEmit(this, m_newMeasureReady, true, &CMeterOperationViewModel::NewMeasureReadyChanged);
+}
+
+void CMeterOperationViewModel::OnNewMeasure(QSharedPointer<CMeasureBlock> block)
+{
+    const CRecordingManager& manager = *recordingManager();
+    if (!manager.IsPlayingBack() && !manager.IsRecording() && manager.IsIdleWithData()) {
+        // The user moves through stored blocks.
+        processBlock(block, TableRows::Replace);
+        return;
+    }
+    if (manager.ReplayIndex() == manager.StartReplayIndex())
+        dropSmallBlocks();
+    if (!manager.IsPlayingBack() || manager.ReplayStepByStep()) {
+        processBlock(block, TableRows::Replace);
+        return;
+    }
+    appendSmallBlocks(*block);
+}
+
+void CMeterOperationViewModel::processBlock(const BlockPointer& block, TableRows tableRows)
+{
+    using Self = CMeterOperationViewModel;
+    storeAndEmit(this, m_newMeasureReady, false, &Self::NewMeasureReadyChanged);
+    convertUncertainty(*block);
+    updateCompass(*block);
+    updateLastBlockValues(*block);
+    CMeasureBlockData& table = *m_datasetViewModel.TableData();
+    if (tableRows == TableRows::Replace)
+        table.Clear();
+    table.AddBlock(block);
+    setCommentBlock(block->Comment());
+    updateArrows(*block);
+    storeAndEmit(this, m_newMeasureReady, true, &Self::NewMeasureReadyChanged);
+}
+
+void CMeterOperationViewModel::convertUncertainty(const CMeasureBlock& block) const
+{
+    for (const QSharedPointer<CFieldIntensityResult>& sample : block.Results) {
+        sample->SetDBConverted(
+            ConvertUncertainty(sample->dB(), sample->B(), DisplayUnits(), DisplayUncertaintyUnits()));
+    }
+}
+
+void CMeterOperationViewModel::raiseMaximum(double& maximum, double value,
+                                            void (CMeterOperationViewModel::*changed)(double))
+{
+    if (std::abs(value) > std::abs(maximum))
+        storeAndEmit(this, maximum, value, changed);
+}
+
+void CMeterOperationViewModel::updateLastBlockValues(const CMeasureBlock& block)
+{
+    if (block.Results.isEmpty())
+        return;
+    using Self = CMeterOperationViewModel;
+    const CFieldIntensityResult& sample = *block.Results.last();
+    storeAndEmit<Self, double>(this, m_bLastBlock, sample.B(), &Self::BLastBlockChanged);
+    storeAndEmit<Self, double>(this, m_bPrimeLastBlock, sample.BBprime(), &Self::BPrimeLastBlockChanged);
+    storeAndEmit<Self, double>(this, m_bxLastBlock, sample.Bx(), &Self::BxLastBlockChanged);
+    storeAndEmit<Self, double>(this, m_byLastBlock, sample.By(), &Self::ByLastBlockChanged);
+    storeAndEmit<Self, double>(this, m_bzLastBlock, sample.Bz(), &Self::BzLastBlockChanged);
+    storeAndEmit<Self, double>(this, m_dBLastBlock, sample.dBConverted(), &Self::dBLastBlockChanged);
+
+    raiseMaximum(m_bMax, m_bLastBlock, &Self::BMaxChanged);
+    raiseMaximum(m_bPrimeMax, m_bPrimeLastBlock, &Self::BPrimeMaxChanged);
+    raiseMaximum(m_bxMax, m_bxLastBlock, &Self::BxMaxChanged);
+    raiseMaximum(m_byMax, m_byLastBlock, &Self::ByMaxChanged);
+    raiseMaximum(m_bzMax, m_bzLastBlock, &Self::BzMaxChanged);
+}
+
+void CMeterOperationViewModel::updateCompass(const CMeasureBlock& block)
+{
+    if (block.Results.isEmpty())
+        return;
+    using Self = CMeterOperationViewModel;
+    double x = 0;
+    double y = 0;
+    double z = 0;
+    double n = 0;
+    if (m_selectedModeIndex == kAlternatingMode) {
+        x = block.Bprime.X();
+        y = block.Bprime.Y();
+        z = block.Bprime.Z();
+        n = std::sqrt(x * x + y * y + z * z);
+    } else {
+        const CFieldIntensityResult& sample = *block.Results.last();
+        x = sample.Bx();
+        y = sample.By();
+        z = sample.Bz();
+        n = sample.B();
+    }
+    if (n == 0) {
+        clearCompass();
+        return;
+    }
+    const std::optional<CompassTriangle> triangle =
+        computeCompassTriangle(m_selectedProbeAxisIndex, x, y, z, n);
+    if (!triangle)
+        return;
+
+    storeAndEmit(this, m_compasWidth, triangle->width, &Self::CompasWidthChanged);
+    storeAndEmit(this, m_compasHeight, triangle->height, &Self::CompasHeightChanged);
+    storeAndEmit(this, m_updateLeftCompas, false, &Self::UpdateLeftCompasChanged);
+    storeAndEmit(this, m_updateRightCompas, false, &Self::UpdateRightCompasChanged);
+    if (m_compasWidth < 0) {
+        // The page draws at the update signal and reads the width then, as a length.
+        m_compasWidth = -m_compasWidth;
+        storeAndEmit(this, m_updateLeftCompas, true, &Self::UpdateLeftCompasChanged);
+    } else {
+        storeAndEmit(this, m_updateRightCompas, true, &Self::UpdateRightCompasChanged);
+    }
+}
+
+void CMeterOperationViewModel::clearCompass()
+{
+    storeAndEmit(this, m_clearCompas, true, &CMeterOperationViewModel::ClearCompasChanged);
+    storeAndEmit(this, m_clearCompas, false, &CMeterOperationViewModel::ClearCompasChanged);
+}
+
+void CMeterOperationViewModel::redoCompass()
+{
+    if (const BlockPointer block = lastBlockOfDataSet())
+        updateCompass(*block);
+}
+
+void CMeterOperationViewModel::updateArrows(const CMeasureBlock& block)
+{
+    updateFieldArrow();
+    updateRotationArrow(block);
+}
+
+void CMeterOperationViewModel::updateFieldArrow()
+{
+    using Self = CMeterOperationViewModel;
+    QQuaternion rotation;
+    if (m_selectedModeIndex == kAlternatingMode) {
+        if (const BlockPointer block = lastBlockOfDataSet())
+            rotation = fieldArrowRotation(block->Bprime.X(), block->Bprime.Y(), block->Bprime.Z());
+    } else {
+        rotation = fieldArrowRotation(m_bxLastBlock, m_byLastBlock, m_bzLastBlock);
+    }
+    storeAndEmit<Self, double>(this, m_arrow.x, rotation.x(), &Self::QuatXChanged);
+    storeAndEmit<Self, double>(this, m_arrow.y, rotation.y(), &Self::QuatYChanged);
+    storeAndEmit<Self, double>(this, m_arrow.z, rotation.z(), &Self::QuatZChanged);
+    storeAndEmit<Self, double>(this, m_arrow.scalar, rotation.scalar(), &Self::QuatScalarChanged);
+}
+
+void CMeterOperationViewModel::updateRotationArrow(const CMeasureBlock& block)
+{
+    using Self = CMeterOperationViewModel;
+    if (!m_rotEnable) {
+        setRotVisible(false);
+        return;
+    }
+    const std::optional<QVector3D> viewAxis = viewAxisOfCameraPreset(settings()->Meter3DCameraPreset());
+    const RotationSense sense = viewAxis ? detectRotation(block.Results, *viewAxis) : RotationSense::None;
+    if (sense == RotationSense::None) {
+        setRotVisible(false);
+        return;
+    }
+    setRotVisible(true);
+    const QQuaternion rotation = rotationArrowOrientation(*viewAxis, sense);
+    storeAndEmit<Self, double>(this, m_rotationArrow.x, rotation.x(), &Self::RotQuatXChanged);
+    storeAndEmit<Self, double>(this, m_rotationArrow.y, rotation.y(), &Self::RotQuatYChanged);
+    storeAndEmit<Self, double>(this, m_rotationArrow.z, rotation.z(), &Self::RotQuatZChanged);
+    storeAndEmit<Self, double>(this, m_rotationArrow.scalar, rotation.scalar(), &Self::RotQuatScalarChanged);
+}
+
+void CMeterOperationViewModel::appendSmallBlocks(const CMeasureBlock& block)
+{
+    m_timeWarp = recordingManager()->TimeWarp();
+    const auto spanMs =
+        static_cast<int>(m_timeWarp * recordingManager()->MinReplaySmallBlockDelayMillisecond() + 0.5);
+    for (const BlockPointer& piece : cutIntoSmallBlocks(block, spanMs))
+        m_smallBlocks.append(piece);
+    if (!block.Results.isEmpty()) {
+        m_firstSampleTime = block.Results.first()->Timestamp;
+        m_firstSampleNanoseconds = block.Results.first()->TimestampNanoseconds;
+    }
+    if (!m_smallBlockTimer.isActive())
+        m_smallBlockTimer.start(kShortestDelayMs);
+}
+
+void CMeterOperationViewModel::dropSmallBlocks()
+{
+    m_smallBlockTimer.stop();
+    m_smallBlocks.clear();
+    m_smallBlockIndex = 0;
+}
+
+int CMeterOperationViewModel::delayToNextSmallBlock() const
+{
+    const QDateTime time = m_smallBlocks.at(m_smallBlockIndex)->Results.first()->Timestamp;
+    const QDateTime nextTime = m_smallBlocks.at(m_smallBlockIndex + 1)->Results.first()->Timestamp;
+    const double delayMs = static_cast<double>(time.msecsTo(nextTime)) / m_timeWarp + 0.5;
+    constexpr double kLongestDelayMs = std::numeric_limits<int>::max();
+    // Ordered so that a delay that is not a number gives the shortest one.
+    return delayMs > kShortestDelayMs ? static_cast<int>(std::min(delayMs, kLongestDelayMs))
+                                      : kShortestDelayMs;
+}
+
+void CMeterOperationViewModel::OnSmallBlockTimer()
+{
+    if (!recordingManager()->IsPlayingBack() || recordingManager()->IsHolding()) {
+        m_smallBlockTimer.stop();
+        return;
+    }
+    if (m_smallBlockIndex + 1 < m_smallBlocks.size())
+        m_smallBlockTimer.start(delayToNextSmallBlock());
+    if (m_smallBlockIndex < m_smallBlocks.size()) {
+        const BlockPointer piece = m_smallBlocks.at(m_smallBlockIndex);
+        ++m_smallBlockIndex;
+        const CFieldIntensityResult& first = *piece->Results.first();
+        const bool beginsBlock =
+            first.Timestamp == m_firstSampleTime && first.TimestampNanoseconds == m_firstSampleNanoseconds;
+        processBlock(piece, beginsBlock ? TableRows::Replace : TableRows::Append);
+    }
+    if (m_smallBlockIndex >= m_smallBlocks.size()) {
+        // Let go of the pieces first: the recording manager may deliver the next block at once.
+        dropSmallBlocks();
+        recordingManager()->SetIsProcessingBlock(false);
+    }
+}
+
+void CMeterOperationViewModel::OnIsHoldingChanged(bool isHolding)
+{
+    if (isHolding || !recordingManager()->IsPlayingBack() || m_smallBlocks.isEmpty())
+        return;
+    if (!m_smallBlockTimer.isActive())
+        m_smallBlockTimer.start(kShortestDelayMs);
+}
+
+void CMeterOperationViewModel::OnOperationParameterUnitChanged()
+{
+    dataSet()->Clear();
+    resetDisplay();
+}
+
+void CMeterOperationViewModel::OnMeasureParametersUncertaintyUnitChanged()
+{
+    const BlockPointer block = lastBlockOfDataSet();
+    if (!block)
+        return;
+    convertUncertainty(*block);
+    updateLastBlockValues(*block);
+    m_datasetViewModel.TableData()->ReloadRows();
+}
+
+void CMeterOperationViewModel::OnDataSetCleared()
+{
+    m_datasetViewModel.TableData()->Clear();
+    resetDisplay();
+    setCommentBlock(QString());
+    SetCommentOverAll(QString());
+    clearCompass();
+    pointDataSetAtLiveParameters();
+}
+
+void CMeterOperationViewModel::OnPlayingBackChanged(bool isPlayingBack)
+{
+    if (!isPlayingBack)
+        return;
+    m_datasetViewModel.TableData()->Clear();
+    setCommentBlock(QString());
+    SetCommentOverAll(dataSet()->Comment());
+}
+
+void CMeterOperationViewModel::OnSelectedProbeAxisIndexChanged()
+{
+    redoCompass();
+}
+
+void CMeterOperationViewModel::OnSelectedModeIndexChanged()
+{
+    redoCompass();
+}
+
+void CMeterOperationViewModel::OnDatasetLoaded()
+{
+    openReplayRange();
+    if (const BlockPointer block = lastBlockOfDataSet())
+        OnNewMeasure(block);
+    SetCommentOverAll(dataSet()->Comment());
+}

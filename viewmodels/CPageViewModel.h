@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+/// Base of all page view models. One is created for each visit of a page and deleted at its end; nothing that
+/// has to outlive the visit is kept here.
+class CPageViewModel : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString Name READ Name CONSTANT)
+    Q_PROPERTY(bool HasUnsavedParameter READ HasUnsavedParameter WRITE SetHasUnsavedParameter NOTIFY
+                   HasUnsavedParameterChanged)
+
+public:
+    explicit CPageViewModel(const QString& name, QObject* parent = nullptr);
+
+    /// Stem of the help page of the section on screen; empty when there is none.
+    virtual QString GetHelpName() const = 0;
+    /// Called once, right after construction.
+    virtual void PageEntered();
+    /// Called just before the view model is scheduled for deletion: signals must not reach it any more.
+    virtual void PageLeft();
+
+    QString Name() const { return m_name; }                            ///< identifies the page
+    bool HasUnsavedParameter() const { return m_hasUnsavedParameter; } ///< changes were made and not saved
+    void SetHasUnsavedParameter(bool hasUnsavedParameter);
+
+signals:
+    void HasUnsavedParameterChanged(bool hasUnsavedParameter);
+
+private:
+    const QString m_name;
+    bool m_hasUnsavedParameter = false;
+};
