@@ -423,7 +423,7 @@ bool CChart2DFieldsData::PublishWindow(Fold& fold)
 /// latter.
 void CChart2DFieldsData::FoldSamples(Fold& fold, const FieldSeries::Values& low,
                                      const FieldSeries::Values& high, FieldSeries::Iterator first,
-                                     FieldSeries::Iterator last)
+                                     const FieldSeries::Iterator& last)
 {
     bool widens = false;
     for (std::size_t i = 0; i < FieldSeries::Count; ++i) {

@@ -155,7 +155,7 @@ private:
     void PublishSingleResult(Fold& fold);
     bool PublishWindow(Fold& fold);
     void FoldSamples(Fold& fold, const FieldSeries::Values& low, const FieldSeries::Values& high,
-                     FieldSeries::Iterator first, FieldSeries::Iterator last);
+                     FieldSeries::Iterator first, const FieldSeries::Iterator& last);
     void WidenAllSignal(float value);
     void UpdateAxisY(const Fold& fold);
 

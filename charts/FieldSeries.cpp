@@ -19,7 +19,7 @@ Values valuesOf(const CFieldIntensityResult& result)
             result.B() + result.dB()};
 }
 
-Bucket visitBucket(Iterator first, Iterator last, const Values& previous)
+Bucket visitBucket(const Iterator& first, const Iterator& last, const Values& previous)
 {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
     Bucket bucket{};

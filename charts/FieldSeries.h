@@ -28,6 +28,6 @@ struct Bucket
 
 /// Walks `first` up to `last`, at least one sample. A value that is not a number wins only as the first
 /// sample, and takes no part in `low` and `high`.
-Bucket visitBucket(Iterator first, Iterator last, const Values& previous);
+Bucket visitBucket(const Iterator& first, const Iterator& last, const Values& previous);
 
 } // namespace FieldSeries
