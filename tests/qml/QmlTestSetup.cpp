@@ -22,6 +22,7 @@ QmlTestSetup::QmlTestSetup()
     m_operation.insert(QStringLiteral("RecordingManager"),
                        QVariant::fromValue<QObject*>(&m_recordingManager));
     m_mainViewModel.insert(QStringLiteral("ParameterMenuExpanded"), false);
+    m_mainViewModel.insert(QStringLiteral("PageMenuExpanded"), false);
 }
 
 void QmlTestSetup::Prepare()
