@@ -110,8 +110,6 @@ CApplication::~CApplication()
     qDeleteAll(m_engine.rootObjects());
     if (instance == this)
         forgetInstance();
-    // The window's bindings must be gone before the models that they read.
-    qDeleteAll(m_engine.rootObjects());
 }
 
 void CApplication::CreateTrayIcon()
