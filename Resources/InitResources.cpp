@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "InitResources.h"
 
-#include <QDir>
+#include <QtGlobal>
 
 void InitResources()
 {

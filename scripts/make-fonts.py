@@ -7,6 +7,7 @@ their GPL-3+ licence with font exception, which sets no condition on the family'
 - Regular and Bold are renamed to the family "VRQ Oxygen".
 - Light is derived from Regular by thinning its strokes.
 - U+00B5 gets a descender: the sources draw it as a turned "n", which reads as "u".
+- The middle dot of Bold gets the size of its full stop.
 - U+03BC shares the glyph of U+00B5, and U+03B5 is added, which the sources lack.
 - Oxygen Mono is copied as it is.
 
@@ -38,6 +39,7 @@ LICENCE_URL = "https://www.gnu.org/licenses/gpl-3.0.html"
 MICRO_SIGN = 0x00B5
 GREEK_MU = 0x03BC
 GREEK_EPSILON = 0x03B5
+MIDDLE_DOT = 0x00B7
 
 # Change of the stroke width from Regular to Light, in units of 1/2048 em.
 LIGHT_STROKE_CHANGE = -40
@@ -120,6 +122,22 @@ def makeEpsilon(font, weight):
     return glyph
 
 
+def makeMiddleDot(font):
+    """Gives the middle dot the size of the full stop, at the height where it was.
+
+    In the source's Bold it is thinner than in Regular and vanishes at the size of a table's header.
+    """
+    glyph = font[MIDDLE_DOT]
+    _, bottom, _, top = glyph.boundingBox()
+    stop = font["period"]
+    _, stopBottom, _, stopTop = stop.boundingBox()
+    glyph.foreground = stop.foreground
+    glyph.width = stop.width
+    glyph.transform(psMat.translate(0, (bottom + top - stopBottom - stopTop) / 2))
+    glyph.round()
+    return glyph
+
+
 def addGlyph(target, name, glyph, codePoints):
     """Stores an outline of FontForge under a name and maps the code points to it."""
     order = target.getGlyphOrder()
@@ -187,9 +205,12 @@ def makeBasic(source, target, style, weight):
     font = TTFont(source)
     times = font["head"].created, font["head"].modified
     micro, epsilon = makeMicro(outlines), makeEpsilon(outlines, weight)
+    dot = makeMiddleDot(outlines) if weight == 700 else None
     outlines.is_quadratic = True
     addGlyph(font, font.getBestCmap()[MICRO_SIGN], micro, [MICRO_SIGN, GREEK_MU])
     addGlyph(font, "epsilon", epsilon, [GREEK_EPSILON])
+    if dot:
+        addGlyph(font, font.getBestCmap()[MIDDLE_DOT], dot, [MIDDLE_DOT])
     outlines.close()
     rename(font, style, weight)
     save(font, target, times)

@@ -13,18 +13,11 @@ Button {
     implicitWidth: 150
     implicitHeight: 50
     padding: 0
+    horizontalPadding: padding
     Accessible.name: text
 
     background: Rectangle {
         color: !actionButton.enabled ? Style.ActionButtonDisabledBg : actionButton.down ? Style.ActionButtonTextBgPressed : Style.ActionButtonTextBg
-
-        Rectangle {
-            anchors.fill: parent
-            z: 1
-            color: "transparent"
-            border.width: actionButton.visualFocus ? 2 : 0
-            border.color: Style.TextFieldFocusBorder
-        }
     }
 
     contentItem: Item {
@@ -36,20 +29,15 @@ Button {
             color: actionButton.down ? Style.ActionButtonImageBgPressed : Style.ActionButtonImageBg
 
             Image {
-                id: image
-
                 anchors.centerIn: parent
                 width: parent.width / 2
                 height: parent.height / 2
                 source: actionButton.imageSource
                 sourceSize: Qt.size(width, height)
-            }
-
-            ColorOverlay {
-                anchors.fill: image
-                source: image
-                color: "#80ffffff"
-                visible: !actionButton.enabled
+                layer.enabled: !actionButton.enabled
+                layer.effect: ColorOverlay {
+                    color: "#80ffffff"
+                }
             }
         }
 
@@ -68,6 +56,14 @@ Button {
             minimumPointSize: 8
             Accessible.ignored: true
         }
+    }
+
+    // Over the image, which reaches to the edge.
+    Rectangle {
+        anchors.fill: parent
+        color: "transparent"
+        border.width: actionButton.visualFocus ? 2 : 0
+        border.color: Style.TextFieldFocusBorder
     }
 
     HandCursorArea {

@@ -26,6 +26,7 @@ ColumnLayout {
         objectName: "label"
         pointSize: displayer.generalPointSize
         textColor: Style.TextLightColor
+        Accessible.ignored: true
     }
 
     RowLayout {
@@ -39,6 +40,7 @@ ColumnLayout {
             pointSize: displayer.generalPointSize
             textColor: Style.TextLightColor
             wrapMode: Text.NoWrap
+            Accessible.ignored: true
         }
 
         KXCUnit {
@@ -46,6 +48,7 @@ ColumnLayout {
 
             pointSize: displayer.generalPointSize
             textColor: Style.TextLightColor
+            Accessible.ignored: true
         }
     }
 }

@@ -12,6 +12,7 @@ Button {
     implicitWidth: 30
     implicitHeight: 30
     padding: 0
+    horizontalPadding: padding
     Accessible.name: label
     ToolTip.text: label
     ToolTip.visible: hovered && label !== ""

@@ -36,7 +36,7 @@ RowLayout {
                 anchors.centerIn: parent
                 width: 10
                 height: 10
-                color: Style.TextDarkColor
+                color: checkBox.enabled ? Style.TextDarkColor : Style.TextLightColor
                 visible: checkBox.checked
             }
         }

@@ -21,14 +21,6 @@ RowLayout {
     property int comboboxWidth: 120
     property bool unitVisible: false
 
-    function entryText(entry) {
-        if (entry === null || entry === undefined)
-            return "";
-        if (unitVisible)
-            return entry.first;
-        return comboBox.textRole === "" ? entry : entry[comboBox.textRole];
-    }
-
     spacing: 5
 
     KXCLabel {
@@ -36,6 +28,7 @@ RowLayout {
 
         Layout.fillWidth: true
         pointSize: 10
+        Accessible.ignored: true
     }
 
     ComboBox {
@@ -57,13 +50,14 @@ RowLayout {
 
         contentItem: KXCLabel {
             leftPadding: 8
-            rightPadding: comboBox.indicator.width
+            rightPadding: comboBox.indicator.width + 6
             text: comboBox.displayText
             pointSize: comboBoxRow.textPointSize
             textColor: comboBox.enabled ? Style.TextDarkColor : Style.TextLightColor
             verticalAlignment: Text.AlignVCenter
             wrapMode: Text.NoWrap
             elide: Text.ElideRight
+            Accessible.ignored: true
         }
 
         indicator: Image {
@@ -71,10 +65,11 @@ RowLayout {
             y: (comboBox.height - height) / 2
             source: "qrc:///Resources/Images/ArrowDown.svg"
             sourceSize: Qt.size(14, 14)
+            opacity: comboBox.enabled ? 1 : 0.4
         }
 
         delegate: ItemDelegate {
-            id: entryDelegate
+            id: entry
 
             width: comboBox.width
             height: 30
@@ -83,7 +78,7 @@ RowLayout {
             Accessible.name: entryLabel.text
 
             background: Rectangle {
-                color: entryDelegate.highlighted || entryDelegate.hovered ? Style.lightColor : Style.BackgroundColor
+                color: entry.highlighted || entry.hovered ? Style.lightColor : Style.darkColor
             }
 
             contentItem: RowLayout {
@@ -94,11 +89,13 @@ RowLayout {
 
                     Layout.fillWidth: true
                     Layout.leftMargin: 8
-                    text: comboBoxRow.entryText(modelData)
+                    // Reading the count lets the text follow a new model under the same index.
+                    text: comboBox.count > index ? comboBox.textAt(index) : ""
                     pointSize: comboBoxRow.textPointSize
                     bold: comboBox.currentIndex === index
                     wrapMode: Text.NoWrap
                     elide: Text.ElideRight
+                    Accessible.ignored: true
                 }
 
                 KXCLabel {
@@ -106,8 +103,8 @@ RowLayout {
                     visible: comboBoxRow.unitVisible
                     text: comboBoxRow.unitVisible ? modelData.second : ""
                     pointSize: comboBoxRow.textPointSize
-                    textColor: Style.TextLightColor
                     wrapMode: Text.NoWrap
+                    Accessible.ignored: true
                 }
             }
         }

@@ -34,6 +34,7 @@ ColumnLayout {
             Layout.preferredHeight: 30
             visible: titleColumn.imageSource.toString() !== ""
             padding: 3
+            horizontalPadding: padding
             Accessible.name: titleLabel.text
 
             background: Rectangle {

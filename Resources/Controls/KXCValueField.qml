@@ -5,7 +5,8 @@ import QtQuick.Layouts 1.15
 import "../Utils/Style.js" as Style
 
 // The editable number of the whole interface. The owner sets `value`, and reads `valueInput` when `valueEditDone`
-// becomes true, which it resets. A value out of range is shown in red and still passed on.
+// becomes true, which it resets. A value out of range is shown in red and still passed on. The text has a point
+// whatever the locale; a comma may be typed as well.
 ColumnLayout {
     id: valueField
 
@@ -27,14 +28,6 @@ ColumnLayout {
     property bool formatValid: true
     property bool integerValueField: false
 
-    QtObject {
-        id: inner
-
-        property double value: 0
-        property string originalText: ""
-        property bool completed: false
-    }
-
     function isRangeValid(number) {
         return minValue <= number && number <= maxValue;
     }
@@ -48,7 +41,7 @@ ColumnLayout {
             formatted = Utils.doubleToString(number, significantNb);
         else
             formatted = number.toLocaleString(locale, 'f', precision).split(locale.groupSeparator).join("");
-        return formatted.replace(locale.decimalPoint, ".");
+        return formatted.replace(locale.decimalPoint, ".").replace(locale.negativeSign, "-");
     }
 
     function forceRefreshValue() {
@@ -67,23 +60,33 @@ ColumnLayout {
     function computeNewValue() {
         const locale = Qt.locale();
         const localText = textField.text.replace(".", locale.decimalPoint).replace(",", locale.decimalPoint);
-        textField.text = valueToFormatString(Number.fromLocaleString(locale, localText));
-        return Number(textField.text);
+        const parsed = Number.fromLocaleString(locale, localText);
+        if (!Number.isFinite(parsed))
+            throw new Error("not a finite number");
+        textField.text = valueToFormatString(parsed);
+        inner.value = Number(textField.text);
+    }
+
+    function restoreOriginalText() {
+        formatValid = false;
+        console.log(" Input field error with text: " + textField.text + " . Restore original text.");
+        textField.text = inner.originalText;
+        try {
+            computeNewValue();
+            return true;
+        } catch (error) {
+            // The model's own value is no number: there is nothing to pass on.
+            return false;
+        }
     }
 
     function finishEditing() {
         try {
-            inner.value = computeNewValue();
+            computeNewValue();
             formatValid = true;
         } catch (error) {
-            formatValid = false;
-            console.log(" Input field error with text: " + textField.text + " . Restore original text.");
-            textField.text = inner.originalText;
-            try {
-                inner.value = computeNewValue();
-            } catch (originalError) {
+            if (!restoreOriginalText())
                 return;
-            }
         }
         rangeValid = isRangeValid(inner.value);
         if (textField.text === inner.originalText) {
@@ -110,19 +113,30 @@ ColumnLayout {
         forceRefreshValue();
     }
 
+    QtObject {
+        id: inner
+
+        property double value: 0
+        property string originalText: ""
+        property bool completed: false
+    }
+
     TextField {
         id: textField
 
-        objectName: "fieldText"
+        objectName: valueField.objectName + "Text"
         Layout.fillWidth: true
         Layout.minimumWidth: 50
         implicitHeight: 40
-        topPadding: fieldLabel.text === "" ? 4 : 16
+        topPadding: fieldLabel.text === "" ? 2 : 16
         bottomPadding: 2
         leftPadding: 6
-        rightPadding: unitLabel.width + 10
-        enabled: valueField.enabled
+        rightPadding: unitLabel.text.trim() === "" ? 6 : unitLabel.width + 10
+        verticalAlignment: TextInput.AlignVCenter
         selectByMouse: true
+        selectionColor: Style.TextFieldFocusBorder
+        selectedTextColor: Style.BackgroundColor
+        placeholderTextColor: Style.TextLightColor
         inputMethodHints: Qt.ImhPreferNumbers
         placeholderText: "-"
         font.family: Style.NumberFontFamily
@@ -137,7 +151,10 @@ ColumnLayout {
             if (!activeFocus)
                 return;
             inner.originalText = text;
-            text = text.replace(Qt.locale().groupSeparator, "");
+            // Where a point groups the digits, the one in the text is still the decimal point.
+            const groupSeparator = Qt.locale().groupSeparator;
+            if (groupSeparator !== ".")
+                text = text.replace(groupSeparator, "");
             selectAll();
         }
         onEditingFinished: valueField.finishEditing()
@@ -158,6 +175,7 @@ ColumnLayout {
             textColor: Style.TextLightColor
             wrapMode: Text.NoWrap
             elide: Text.ElideRight
+            Accessible.ignored: true
         }
 
         KXCLabel {

@@ -23,6 +23,7 @@ RowLayout {
         Layout.preferredWidth: displayer.labelWidth
         pointSize: displayer.textPointSize
         textColor: Style.TextLightColor
+        Accessible.ignored: true
     }
 
     KXCLabel {
@@ -33,5 +34,6 @@ RowLayout {
         pointSize: displayer.textPointSize
         textColor: Style.TextDarkColor
         elide: Text.ElideRight
+        Accessible.ignored: true
     }
 }

@@ -13,6 +13,7 @@ Button {
     implicitWidth: Style.MainMenuWidth
     implicitHeight: Style.MainMenuButtonHeight
     padding: 0
+    horizontalPadding: padding
     Accessible.name: text
 
     background: Rectangle {

@@ -26,6 +26,7 @@ RowLayout {
         objectName: "label"
         pointSize: displayer.generalPointSize
         textColor: Style.TextLightColor
+        Accessible.ignored: true
     }
 
     KXCValue {
@@ -36,6 +37,7 @@ RowLayout {
         pointSize: displayer.generalPointSize
         textColor: Style.TextLightColor
         wrapMode: Text.NoWrap
+        Accessible.ignored: true
     }
 
     KXCUnit {
@@ -43,5 +45,6 @@ RowLayout {
 
         pointSize: displayer.generalPointSize
         textColor: Style.TextLightColor
+        Accessible.ignored: true
     }
 }

@@ -17,6 +17,7 @@ Button {
     implicitHeight: Style.SmallMainMenuButtonHeight
     enabled: !isCurrent
     padding: 0
+    horizontalPadding: padding
     Accessible.name: text
 
     background: Rectangle {

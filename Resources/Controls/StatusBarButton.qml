@@ -14,6 +14,7 @@ Button {
     implicitWidth: sourceSize + 10
     implicitHeight: sourceSize + 10
     padding: 5
+    horizontalPadding: padding
     Accessible.name: toolTipText
     ToolTip.text: toolTipText
     ToolTip.visible: hovered && toolTipText !== ""
@@ -28,18 +29,13 @@ Button {
 
     contentItem: Item {
         Image {
-            id: image
-
             anchors.centerIn: parent
             source: statusBarButton.imageSource
             sourceSize: Qt.size(statusBarButton.sourceSize, statusBarButton.sourceSize)
-        }
-
-        ColorOverlay {
-            anchors.fill: image
-            source: image
-            color: "darkgray"
-            visible: statusBarButton.down
+            layer.enabled: statusBarButton.down
+            layer.effect: ColorOverlay {
+                color: "darkgray"
+            }
         }
     }
 

@@ -1,17 +1,61 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick 2.15
 import QtQuick.Controls 1.4
+import QtQuick.Controls.Styles 1.4
 import "../Utils/Style.js" as Style
 
 // A table over a model that publishes by role.
 TableView {
     id: table
 
+    readonly property Item focusFrame: Rectangle {
+        parent: table
+        anchors.fill: parent
+        z: 2
+        color: "transparent"
+        border.width: 2
+        border.color: Style.TextFieldFocusBorder
+        visible: table.activeFocus
+    }
+
     alternatingRowColors: true
     frameVisible: false
-    backgroundVisible: true
     activeFocusOnTab: true
     Accessible.role: Accessible.Table
+
+    style: TableViewStyle {
+        backgroundColor: Style.BackgroundColor
+        transientScrollBars: false
+        handleOverlap: 0
+
+        corner: Rectangle {
+            color: Style.lightColor
+        }
+
+        scrollBarBackground: Rectangle {
+            implicitWidth: Style.ParametersScrollBarWidth
+            implicitHeight: Style.ParametersScrollBarWidth
+            color: Style.lightColor
+        }
+
+        handle: Item {
+            implicitWidth: Style.ParametersScrollBarWidth
+            implicitHeight: Style.ParametersScrollBarWidth
+
+            Rectangle {
+                anchors.fill: parent
+                anchors.margins: 2
+                radius: 3
+                color: styleData.pressed ? Style.TextDarkColor : styleData.hovered ? Style.TextLightColor : Style.UndefinedState
+            }
+        }
+
+        incrementControl: Item {
+        }
+
+        decrementControl: Item {
+        }
+    }
 
     rowDelegate: Rectangle {
         height: Style.TableRowHeight

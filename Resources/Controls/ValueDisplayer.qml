@@ -32,6 +32,7 @@ ColumnLayout {
             unit: displayer.unit
             pointSize: 16
             wrapMode: Text.NoWrap
+            Accessible.ignored: true
         }
 
         KXCUnit {
@@ -39,6 +40,7 @@ ColumnLayout {
 
             Layout.alignment: Qt.AlignBaseline
             textColor: Style.TextLightColor
+            Accessible.ignored: true
         }
     }
 
@@ -47,5 +49,6 @@ ColumnLayout {
 
         pointSize: 12
         textColor: Style.TextLightColor
+        Accessible.ignored: true
     }
 }

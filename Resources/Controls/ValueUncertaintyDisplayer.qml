@@ -21,7 +21,7 @@ ColumnLayout {
 
     spacing: 0
     Accessible.role: Accessible.StaticText
-    Accessible.name: label + " " + valueLabel.text + " " + unitLabel.text
+    Accessible.name: [label, valueLabel.text, unitLabel.text, "\u00B1", uncertaintyLabel.text, uncertaintyUnitLabel.text].join(" ")
 
     RowLayout {
         spacing: 8
@@ -33,6 +33,7 @@ ColumnLayout {
             unit: displayer.unit
             pointSize: 16
             wrapMode: Text.NoWrap
+            Accessible.ignored: true
         }
 
         KXCUnit {
@@ -40,6 +41,7 @@ ColumnLayout {
 
             Layout.alignment: Qt.AlignBaseline
             textColor: Style.TextLightColor
+            Accessible.ignored: true
         }
 
         KXCLabel {
@@ -47,6 +49,7 @@ ColumnLayout {
             text: "\u00B1"
             pointSize: 16
             textColor: Style.TextLightColor
+            Accessible.ignored: true
         }
 
         KXCValue {
@@ -61,6 +64,7 @@ ColumnLayout {
             useCustomParserSignificatifNumber: valueLabel.useCustomParserSignificatifNumber
             displayValue: displayer.displayValueUncertainty
             wrapMode: Text.NoWrap
+            Accessible.ignored: true
         }
 
         KXCUnit {
@@ -68,6 +72,7 @@ ColumnLayout {
 
             Layout.alignment: Qt.AlignBaseline
             textColor: Style.TextLightColor
+            Accessible.ignored: true
         }
     }
 
@@ -76,5 +81,6 @@ ColumnLayout {
 
         pointSize: 12
         textColor: Style.TextLightColor
+        Accessible.ignored: true
     }
 }

@@ -119,7 +119,6 @@ ColumnLayout {
             TableTextCell {
                 anchors.fill: parent
                 text: styleData.value === undefined ? "" : styleData.value
-                fontType: Style.NumberFontFamily
             }
         }
     }
@@ -127,58 +126,24 @@ ColumnLayout {
     Component {
         id: fieldDelegate
 
-        TableCell {
-            KXCValue {
-                anchors.fill: parent
-                value: styleData.value === undefined || styleData.value === null ? NaN : styleData.value
-                displayValue: !isNaN(value)
-                precision: 0
-                convertValue: false
-                useCustomParserSignificatifNumber: true
-                pointSize: Style.TableTextSize
-                horizontalAlignment: Text.AlignHCenter
-                verticalAlignment: Text.AlignVCenter
-                wrapMode: Text.NoWrap
-            }
+        MeasurementsTableValueCell {
         }
     }
 
     Component {
         id: positionDelegate
 
-        TableCell {
-            KXCValue {
-                anchors.fill: parent
-                value: styleData.value === undefined || styleData.value === null ? NaN : styleData.value
-                displayValue: !isNaN(value)
-                precision: 0
-                significantNb: 4
-                convertValue: false
-                useCustomParserSignificatifNumber: true
-                pointSize: Style.TableTextSize
-                horizontalAlignment: Text.AlignHCenter
-                verticalAlignment: Text.AlignVCenter
-                wrapMode: Text.NoWrap
-            }
+        MeasurementsTableValueCell {
+            significantNb: 4
         }
     }
 
     Component {
         id: orientationDelegate
 
-        TableCell {
-            KXCValue {
-                anchors.fill: parent
-                value: styleData.value === undefined || styleData.value === null ? NaN : styleData.value
-                displayValue: !isNaN(value)
-                precision: 2
-                convertValue: false
-                useCustomParserSignificatifNumber: false
-                pointSize: Style.TableTextSize
-                horizontalAlignment: Text.AlignHCenter
-                verticalAlignment: Text.AlignVCenter
-                wrapMode: Text.NoWrap
-            }
+        MeasurementsTableValueCell {
+            precision: 2
+            useCustomParserSignificatifNumber: false
         }
     }
 

@@ -52,6 +52,9 @@ QStringList LogRecorder::Texts(QtMsgType type) const
 
 void LogRecorder::handle(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
+    // The offscreen platform says this of every dialog.
+    if (text == QLatin1String("This plugin does not support propagateSizeHints()"))
+        return;
     const bool isOnMainThread = QThread::currentThread() == QCoreApplication::instance()->thread();
     if (isOnMainThread && type != QtFatalMsg)
         currentRecorder->m_messages.append(levelText(type) + text);

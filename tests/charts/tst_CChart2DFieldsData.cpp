@@ -1,0 +1,712 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The window, the labels, the timer and the orders of signals; what is drawn has a test of its own.
+#include "ChartFixtures.h"
+#include "MetaObjectTable.h"
+
+#include <QAbstractItemModelTester>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTimer>
+
+#include <cfloat>
+#include <limits>
+#include <memory>
+
+using namespace MetaObjectTable;
+
+namespace {
+
+/// `count` results, `spacingS` seconds apart, with values that rise from 0 to 9 over and over.
+QVector<QSharedPointer<CFieldIntensityResult>> ramp(int count, double spacingS, double startS = 0.0)
+{
+    QVector<QSharedPointer<CFieldIntensityResult>> results;
+    for (int i = 0; i < count; ++i) {
+        const auto v = static_cast<float>(i % 10);
+        results.append(makeResult(toNanoseconds(startS + i * spacingS), {v, v, v, v, v, 0.0F}));
+    }
+    return results;
+}
+
+QTimer* timerOf(const QObject& chart)
+{
+    return chart.findChild<QTimer*>();
+}
+
+/// A chart whose timer rests, so that only the test redraws.
+struct QuietChart : PlainChart
+{
+    explicit QuietChart(CMeasurementParameters* parameters) : PlainChart(parameters)
+    {
+        timerOf(*this)->stop();
+    }
+};
+
+/// Writes down every signal of a chart, in order, with its value.
+class SignalLog : public QObject
+{
+public:
+    explicit SignalLog(CChart2DFieldsData* chart) : m_chart(chart)
+    {
+        using Base = CChart2D;
+        using Fields = CChart2DFieldsData;
+        add(&Base::XmaxChanged, "Xmax");
+        add(&Base::XminChanged, "Xmin");
+        add(&Base::VisibleChanged, "Visible");
+        add(&Base::YmaxChanged, "Ymax");
+        add(&Base::YminChanged, "Ymin");
+        add(&Base::YmaxAllSignalChanged, "YmaxAllSignal");
+        add(&Base::YminAllSignalChanged, "YminAllSignal");
+        add(&Base::FirstDataInitChanged, "FirstDataInit");
+        add(&Base::YminMaxResetedChanged, "YminMaxReseted");
+        add(&Fields::MeasureResultCountChanged, "MeasureResultCount");
+        add(&Fields::MeasureResultMinXChanged, "MeasureResultMinX");
+        add(&Fields::MeasureResultMaxXChanged, "MeasureResultMaxX");
+        add(&Fields::MinDeltaAxisXChanged, "MinDeltaAxisX");
+        add(&Fields::XmaxDateChanged, "XmaxDate");
+        add(&Fields::XminDateChanged, "XminDate");
+        add(&Fields::XmaxTimeChanged, "XmaxTime");
+        add(&Fields::XminTimeChanged, "XminTime");
+        add(&Fields::DownsampledSignalLengthChanged, "DownsampledSignalLength");
+        add(&Fields::XTickCountChanged, "XTickCount");
+        add(&Fields::YTickCountChanged, "YTickCount");
+        add(&Fields::NumberValidPointsChanged, "NumberValidPoints");
+        addPlain(&Base::refreshLimitSliderX, "refreshLimitSliderX");
+        addPlain(&Base::refreshLimitSliderY, "refreshLimitSliderY");
+        addPlain(&Fields::clearCharts, "clearCharts");
+        connect(chart, &QAbstractItemModel::modelAboutToBeReset, this,
+                [this] { lines.append(QStringLiteral("about to reset")); });
+        connect(chart, &QAbstractItemModel::modelReset, this,
+                [this] { lines.append(QStringLiteral("reset")); });
+    }
+
+    QStringList lines;
+
+private:
+    template <class Class, class Argument> void add(void (Class::*changed)(Argument), const char* name)
+    {
+        connect(m_chart, changed, this, [this, name](Argument value) {
+            lines.append(QString::fromLatin1(name) + QLatin1Char(' ') + QVariant(value).toString());
+        });
+    }
+    template <class Class> void addPlain(void (Class::*emitted)(), const char* name)
+    {
+        connect(m_chart, emitted, this, [this, name] { lines.append(QString::fromLatin1(name)); });
+    }
+
+    CChart2DFieldsData* m_chart;
+};
+
+} // namespace
+
+class tst_CChart2DFieldsData : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void surface();
+    void constructedValues();
+    void everyWriteIsTold();
+    void modelOfTheTable();
+    void singleShotAndRatesMoveTheWindow();
+    void timerRedrawsOnlyWhenNeeded();
+    void updatePlotOrder();
+    void lengthIsToldAfterTheReset();
+    void updateAxisX_data();
+    void updateAxisX();
+    void updateAxisXTakesTheOldRightEnd();
+    void resetAxisX_data();
+    void resetAxisX();
+    void resetAxisXWithoutResults();
+    void resetAxisYOrder();
+    void refreshLegendData_data();
+    void refreshLegendData();
+    void timeLabels();
+    void timeLabelsTellChangesOnly();
+    void refreshYminYmaxMarks();
+    void refreshYminYmaxTellsTicksOnChange();
+    void yLimitsBySlider();
+    void visibilityDrawsOnce();
+    void recomputeFullFilter();
+    void clearDataOrder();
+    void clearDataWhileDrawing();
+    void modelTesterStaysContent();
+    void modelTesterStandsClearData();
+    void parametersMayDieFirst();
+
+private:
+    CMeasurementParameters m_parameters;
+};
+
+void tst_CChart2DFieldsData::surface()
+{
+    const QMetaObject& meta = CChart2DFieldsData::staticMetaObject;
+    VERIFY_NO_DIFFERENCE(compareProperties(meta, {{"MeasureResultCount", "qulonglong", ReadWrite},
+                                                  {"MeasureResultMinX", "double", ReadWrite},
+                                                  {"MeasureResultMaxX", "double", ReadWrite},
+                                                  {"MinDeltaAxisX", "double", ReadWrite},
+                                                  {"XmaxDate", "QString", ReadWrite},
+                                                  {"XminDate", "QString", ReadWrite},
+                                                  {"XmaxTime", "QString", ReadWrite},
+                                                  {"XminTime", "QString", ReadWrite},
+                                                  {"IntensityFieldCount", "int", Constant},
+                                                  {"NbPointsAxeX", "int", ReadWrite},
+                                                  {"DownsampledSignalLength", "int", ReadWrite},
+                                                  {"XTickCount", "int", ReadWrite},
+                                                  {"YTickCount", "int", ReadWrite},
+                                                  {"NumberValidPoints", "int", ReadWrite}}));
+    VERIFY_NO_DIFFERENCE(
+        compareMethods(meta, QMetaMethod::Method,
+                       {"refreshLegendData(double,double)", "setComponantVisibility(int,bool,bool)",
+                        "setComponantVisibility(int,bool)", "resetAxisXDelta(bool)", "resetAxisXDelta()",
+                        "resetAxisYDelta()", "refreshYminYmax(double,double)", "refreshYmin(double)",
+                        "refreshYmax(double)"}));
+    VERIFY_NO_DIFFERENCE(
+        compareMethods(meta, QMetaMethod::Slot,
+                       {"RecomputeFullFilter()", "OnMeasurementParametersRateChanged()", "UpdatePlot()"}));
+    QVERIFY(meta.indexOfSignal("clearCharts()") >= meta.methodOffset());
+    QVERIFY(meta.inherits(&CChart2D::staticMetaObject));
+}
+
+void tst_CChart2DFieldsData::constructedValues()
+{
+    const PlainChart chart(&m_parameters);
+    QCOMPARE(chart.MeasureResultCount(), qulonglong{0});
+    QCOMPARE(chart.MeasureResultMinX(), 0.0);
+    QCOMPARE(chart.MeasureResultMaxX(), 1.0);
+    QCOMPARE(chart.MinDeltaAxisX(), 0.1);
+    QCOMPARE(chart.XmaxDate() + chart.XminDate() + chart.XmaxTime() + chart.XminTime(), QString());
+    QCOMPARE(chart.IntensityFieldCount(), 7);
+    QCOMPARE(chart.NbPointsAxeX(), 401);
+    QCOMPARE(chart.DownsampledSignalLength(), 0);
+    QCOMPARE(chart.XTickCount(), 3);
+    QCOMPARE(chart.YTickCount(), 11);
+    QCOMPARE(chart.NumberValidPoints(), 0);
+    QVERIFY(timerOf(chart)->isActive());
+    QCOMPARE(timerOf(chart)->interval(), 20);
+    QVERIFY(!timerOf(chart)->isSingleShot());
+}
+
+void tst_CChart2DFieldsData::everyWriteIsTold()
+{
+    QuietChart chart(&m_parameters);
+    const QMetaObject& meta = CChart2DFieldsData::staticMetaObject;
+    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
+        const QMetaProperty property = meta.property(i);
+        if (property.isConstant())
+            continue;
+        QSignalSpy spy(&chart, property.notifySignal());
+        QVariant value = property.type() == QVariant::String ? QVariant(QStringLiteral("text")) : QVariant(5);
+        QVERIFY(value.convert(static_cast<int>(property.type())));
+        QVERIFY2(property.write(&chart, value) && property.write(&chart, value), property.name());
+        QCOMPARE(property.read(&chart), value);
+        QVERIFY2(spy.count() == 2, property.name());
+        QCOMPARE(spy.last().first(), value);
+    }
+}
+
+void tst_CChart2DFieldsData::modelOfTheTable()
+{
+    QuietChart chart(&m_parameters);
+    chart.add(ramp(5, 0.1));
+    chart.showAll();
+    chart.UpdateDownsampling();
+    QCOMPARE(chart.rowCount(), 5);
+    QCOMPARE(chart.columnCount(), 8);
+    QCOMPARE(chart.rowCount(chart.index(0, 0)), 0);
+    QCOMPARE(chart.columnCount(chart.index(0, 0)), 0);
+    const QVariant x = chart.data(chart.index(2, 0));
+    const QVariant y = chart.data(chart.index(2, 1));
+    QCOMPARE(x.userType(), static_cast<int>(QMetaType::Double));
+    QCOMPARE(y.userType(), static_cast<int>(QMetaType::Float));
+    QVERIFY(std::abs(x.toDouble() - 0.2) < 1e-6);
+    QCOMPARE(y.toFloat(), 2.0F);
+    for (const int role : {int(Qt::EditRole), int(Qt::ToolTipRole), Qt::UserRole + 1})
+        QVERIFY(!chart.data(chart.index(2, 1), role).isValid());
+    QVERIFY(!chart.data({}).isValid());
+    QVERIFY(!chart.data(chart.index(5, 0)).isValid());
+    QVERIFY(!chart.data(chart.index(0, 8)).isValid());
+    // An index that was good when it was made
+    const QModelIndex last = chart.index(4, 3);
+    chart.SetDownsampledSignalLength(4);
+    QVERIFY(!chart.data(last).isValid());
+    // A length that somebody writes does not lead outside the table
+    chart.SetDownsampledSignalLength(1000);
+    QVERIFY(!chart.data(chart.index(999, 0)).isValid());
+}
+
+void tst_CChart2DFieldsData::singleShotAndRatesMoveTheWindow()
+{
+    QuietChart chart(&m_parameters);
+    QSignalSpy spy(&chart, &CChart2D::refreshLimitSliderX);
+    QTRY_COMPARE(spy.count(), 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(spy.count(), 1);
+    chart.add(ramp(300, 0.1));
+    chart.SetXmin(0.0);
+    chart.SetXmax(25.0);
+    m_parameters.SetTriggerMode(CTrigger::IMMEDIATE);
+    spy.clear();
+    m_parameters.SetAcquisitionRate(m_parameters.AcquisitionRate() + 10.0);
+    QVERIFY(spy.count() > 0);
+    QCOMPARE(chart.Xmin(), 15.0);
+    spy.clear();
+    m_parameters.SetDisplayRate(m_parameters.DisplayRate() + 1.0);
+    QVERIFY(spy.count() > 0);
+}
+
+void tst_CChart2DFieldsData::timerRedrawsOnlyWhenNeeded()
+{
+    PlainChart chart(&m_parameters);
+    QSignalSpy resets(&chart, &QAbstractItemModel::modelReset);
+    QTest::qWait(100);
+    QCOMPARE(resets.count(), 0);
+    chart.add(ramp(3, 0.1));
+    QTRY_COMPARE(resets.count(), 1);
+    QTest::qWait(100);
+    QCOMPARE(resets.count(), 1);
+    chart.SetXmin(0.05);
+    QTRY_COMPARE(resets.count(), 2);
+    chart.SetXmax(0.15);
+    QTRY_COMPARE(resets.count(), 3);
+    QTest::qWait(100);
+    QCOMPARE(resets.count(), 3);
+    // A moved window is drawn as it is: only new data scroll
+    QCOMPARE(chart.Xmin(), 0.05);
+    QCOMPARE(chart.Xmax(), 0.15);
+}
+
+void tst_CChart2DFieldsData::updatePlotOrder()
+{
+    QuietChart chart(&m_parameters);
+    chart.add(ramp(21, 1.0));
+    chart.SetXmax(15.0);
+    SignalLog log(&chart);
+    chart.UpdatePlot();
+    QCOMPARE(log.lines.first(), QStringLiteral("about to reset"));
+    const int reset = log.lines.indexOf(QStringLiteral("reset"));
+    QCOMPARE(log.lines.mid(1, 2), QStringList({QStringLiteral("Xmin 5"), QStringLiteral("Xmax 20.1")}));
+    for (const char* name :
+         {"XminDate", "XminTime", "XmaxDate", "XmaxTime", "FirstDataInit", "Ymin", "Ymax"}) {
+        const int at = log.lines.indexOf(QRegularExpression(QLatin1String(name) + QStringLiteral(" .*")));
+        QVERIFY2(at > 0 && at < reset, name);
+    }
+    QCOMPARE(log.lines.count(QStringLiteral("reset")), 1);
+    log.lines.clear();
+    chart.UpdatePlot();
+    QCOMPARE(log.lines, QStringList());
+}
+
+/// The view's mappers read the table whenever the length is told, so it is told when the table is whole.
+void tst_CChart2DFieldsData::lengthIsToldAfterTheReset()
+{
+    QuietChart chart(&m_parameters);
+    chart.add(ramp(21, 1.0));
+    SignalLog log(&chart);
+    chart.UpdatePlot();
+    QCOMPARE(log.lines.mid(log.lines.size() - 2),
+             QStringList({QStringLiteral("reset"), QStringLiteral("DownsampledSignalLength 21")}));
+    log.lines.clear();
+    chart.RecomputeFullFilter();
+    QCOMPARE(log.lines.mid(log.lines.size() - 2),
+             QStringList({QStringLiteral("reset"), QStringLiteral("DownsampledSignalLength 21")}));
+    log.lines.clear();
+    chart.UpdateDownsampling();
+    QCOMPARE(log.lines.count(QStringLiteral("DownsampledSignalLength 21")), 1);
+}
+
+void tst_CChart2DFieldsData::updateAxisX_data()
+{
+    QTest::addColumn<int>("results");
+    QTest::addColumn<double>("spacing");
+    QTest::addColumn<double>("oldXmax");
+    QTest::addColumn<double>("maxX");
+    QTest::addColumn<double>("xMin");
+    QTest::addColumn<double>("xMax");
+    QTest::newRow("none") << 0 << 1.0 << 30.0 << 50.0 << 0.0 << 1.0;
+    QTest::newRow("one") << 1 << 1.0 << 30.0 << 50.0 << 0.0 << 1.0;
+    QTest::newRow("start") << 3 << 0.125 << 0.0 << 0.25 << 0.25 << 0.35;
+    QTest::newRow("past half a second") << 6 << 0.125 << 3.0 << 1.25 << 0.25 << 1.25;
+    QTest::newRow("limit of X not past half a second") << 6 << 0.125 << 3.0 << 0.5 << 0.25 << 0.725;
+    QTest::newRow("scrolling") << 31 << 1.0 << 30.0 << 31.5 << 20.0 << 31.5;
+    QTest::newRow("old end exactly ten") << 31 << 1.0 << 10.0 << 31.5 << 0.25 << 31.5;
+}
+
+void tst_CChart2DFieldsData::updateAxisX()
+{
+    QFETCH(int, results);
+    QFETCH(double, spacing);
+    QFETCH(double, oldXmax);
+    QFETCH(double, maxX);
+    QFETCH(double, xMin);
+    QFETCH(double, xMax);
+    QuietChart chart(&m_parameters);
+    chart.add(ramp(results, spacing));
+    chart.SetMeasureResultMinX(0.25);
+    chart.SetMeasureResultMaxX(maxX);
+    chart.SetXmin(7.0);
+    chart.SetXmax(oldXmax);
+    chart.UpdateAxisX(static_cast<unsigned>(results));
+    QCOMPARE(chart.Xmin(), xMin);
+    QCOMPARE(chart.Xmax(), xMax);
+}
+
+void tst_CChart2DFieldsData::updateAxisXTakesTheOldRightEnd()
+{
+    QuietChart chart(&m_parameters);
+    chart.add(ramp(41, 1.0));
+    chart.SetXmax(25.0);
+    chart.UpdateAxisX(41);
+    QCOMPARE(chart.Xmin(), 15.0);
+    QCOMPARE(chart.Xmax(), 40.1);
+    // No result counted: the first one ends the window
+    chart.SetMeasureResultMaxX(0.4);
+    chart.UpdateAxisX(0);
+    QCOMPARE(chart.Xmax(), 0.1);
+    QVERIFY_EXCEPTION_THROWN(chart.UpdateAxisX(43), std::out_of_range);
+}
+
+void tst_CChart2DFieldsData::resetAxisX_data()
+{
+    QTest::addColumn<bool>("full");
+    QTest::addColumn<double>("oldXmax");
+    QTest::addColumn<double>("xMin");
+    QTest::addColumn<double>("xMax");
+    QTest::newRow("full") << true << 12.0 << 0.25 << 30.5;
+    QTest::newRow("live window") << false << 12.0 << 2.0 << 12.0;
+    QTest::newRow("live window at the start") << false << 9.0 << 0.25 << 9.0;
+}
+
+void tst_CChart2DFieldsData::resetAxisX()
+{
+    QFETCH(bool, full);
+    QFETCH(double, oldXmax);
+    QFETCH(double, xMin);
+    QFETCH(double, xMax);
+    QuietChart chart(&m_parameters);
+    chart.add(ramp(31, 1.0));
+    chart.SetMeasureResultMinX(0.25);
+    chart.SetMeasureResultMaxX(30.5);
+    chart.SetXmin(5.0);
+    chart.SetXmax(oldXmax);
+    QSignalSpy spy(&chart, &CChart2D::refreshLimitSliderX);
+    QVERIFY(QMetaObject::invokeMethod(&chart, "resetAxisXDelta", Q_ARG(bool, full)));
+    QCOMPARE(chart.Xmin(), xMin);
+    QCOMPARE(chart.Xmax(), xMax);
+    QCOMPARE(spy.count(), 1);
+    // The form without an argument keeps the right end
+    chart.SetXmax(28.0);
+    QVERIFY(QMetaObject::invokeMethod(&chart, "resetAxisXDelta"));
+    QCOMPARE(chart.Xmin(), 18.0);
+    QCOMPARE(chart.Xmax(), 28.0);
+    QCOMPARE(spy.count(), 2);
+}
+
+void tst_CChart2DFieldsData::resetAxisXWithoutResults()
+{
+    QuietChart chart(&m_parameters);
+    chart.SetXmin(3.0);
+    chart.SetXmax(4.0);
+    QSignalSpy spy(&chart, &CChart2D::refreshLimitSliderX);
+    chart.resetAxisXDelta(true);
+    chart.resetAxisXDelta(false);
+    QCOMPARE(spy.count(), 2);
+    QCOMPARE(chart.Xmin(), 3.0);
+    QCOMPARE(chart.Xmax(), 4.0);
+}
+
+void tst_CChart2DFieldsData::resetAxisYOrder()
+{
+    QuietChart chart(&m_parameters);
+    SignalLog log(&chart);
+    chart.resetAxisYDelta();
+    QCOMPARE(log.lines,
+             QStringList({QStringLiteral("YminMaxReseted true"), QStringLiteral("DownsampledSignalLength 0"),
+                          QStringLiteral("refreshLimitSliderY")}));
+}
+
+void tst_CChart2DFieldsData::refreshLegendData_data()
+{
+    QTest::addColumn<int>("results");
+    QTest::addColumn<double>("from");
+    QTest::addColumn<double>("to");
+    QTest::addColumn<double>("xMin");
+    QTest::addColumn<double>("xMax");
+    QTest::newRow("none") << 0 << 2.0 << 3.0 << 0.0 << 1.0;
+    QTest::newRow("one") << 1 << 2.0 << 3.0 << 0.0 << 1.0;
+    QTest::newRow("inside") << 31 << 2.0 << 3.0 << 2.0 << 3.0;
+    QTest::newRow("beyond both limits") << 31 << -2.0 << 300.0 << 0.25 << 30.5;
+}
+
+void tst_CChart2DFieldsData::refreshLegendData()
+{
+    QFETCH(int, results);
+    QFETCH(double, from);
+    QFETCH(double, to);
+    QFETCH(double, xMin);
+    QFETCH(double, xMax);
+    QuietChart chart(&m_parameters);
+    chart.add(ramp(results, 1.0));
+    chart.SetMeasureResultMinX(0.25);
+    chart.SetMeasureResultMaxX(30.5);
+    chart.refreshLegendData(from, to);
+    QCOMPARE(chart.Xmin(), xMin);
+    QCOMPARE(chart.Xmax(), xMax);
+    QCOMPARE(chart.XminTime().isEmpty(), results < 2);
+}
+
+void tst_CChart2DFieldsData::timeLabels()
+{
+    QuietChart chart(&m_parameters);
+    chart.add(ramp(41, 0.25));
+    const QDateTime start = QDateTime::fromSecsSinceEpoch(kBaseSecond);
+    const auto time = [&](int ms, const char* format) {
+        return start.addMSecs(ms).toString(QLatin1String(format));
+    };
+    chart.SetXmin(0.3); // lower index 1
+    chart.SetXmax(1.2); // upper index 5, 1000 ms later
+    chart.UpdateTimeLabels();
+    QCOMPARE(chart.XminDate(), time(250, "yyyy.MM.dd"));
+    QCOMPARE(chart.XminTime(), time(250, "HH:mm:ss"));
+    QCOMPARE(chart.XmaxDate(), time(1250, "yyyy.MM.dd"));
+    QCOMPARE(chart.XmaxTime(), time(1250, "HH:mm:ss"));
+    chart.SetXmax(0.9); // upper index 4, 750 ms later
+    chart.UpdateTimeLabels();
+    QCOMPARE(chart.XminTime(), time(250, "HH:mm:ss.zzz"));
+    QCOMPARE(chart.XmaxTime(), time(1000, "HH:mm:ss.zzz"));
+    // Window on one result, and inverted: the old texts stay
+    chart.SetXmin(5.0);
+    chart.SetXmax(5.0);
+    chart.UpdateTimeLabels();
+    chart.SetXmin(8.0);
+    chart.UpdateTimeLabels();
+    QCOMPARE(chart.XmaxTime(), time(1000, "HH:mm:ss.zzz"));
+}
+
+void tst_CChart2DFieldsData::timeLabelsTellChangesOnly()
+{
+    QuietChart chart(&m_parameters);
+    chart.add(ramp(41, 0.25));
+    chart.SetXmin(0.0);
+    chart.SetXmax(5.0);
+    SignalLog log(&chart);
+    chart.UpdateTimeLabels();
+    QCOMPARE(log.lines.size(), 4);
+    log.lines.clear();
+    chart.UpdateTimeLabels();
+    QCOMPARE(log.lines, QStringList());
+    chart.SetXmax(6.0);
+    log.lines.clear();
+    chart.UpdateTimeLabels();
+    QCOMPARE(log.lines.size(), 1);
+    QVERIFY(log.lines.first().startsWith(QStringLiteral("XmaxTime ")));
+}
+
+void tst_CChart2DFieldsData::refreshYminYmaxMarks()
+{
+    QuietChart chart(&m_parameters);
+    SignalLog log(&chart);
+    chart.refreshYminYmax(DBL_MIN, 5.0);
+    chart.refreshYminYmax(DBL_MAX, 5.0);
+    chart.refreshYminYmax(1.0, DBL_MIN);
+    chart.refreshYminYmax(1.0, DBL_MAX);
+    QCOMPARE(log.lines, QStringList());
+    // The switch for auto scaling is not asked
+    chart.SetAutoScaling(false);
+    chart.refreshYminYmax(1.0, 5.0);
+    QCOMPARE(chart.Ymin(), 1.0);
+    QCOMPARE(chart.Ymax(), 5.0);
+}
+
+void tst_CChart2DFieldsData::refreshYminYmaxTellsTicksOnChange()
+{
+    QuietChart chart(&m_parameters);
+    SignalLog log(&chart);
+    chart.refreshYminYmax(0.0, 1.0); // 11 ticks as before
+    QCOMPARE(log.lines, QStringList({QStringLiteral("Ymin 0"), QStringLiteral("Ymax 1")}));
+    log.lines.clear();
+    chart.refreshYminYmax(0.0, 1.6);
+    QCOMPARE(log.lines, QStringList({QStringLiteral("YTickCount 9"), QStringLiteral("Ymin 0"),
+                                     QStringLiteral("Ymax 1.6")}));
+}
+
+void tst_CChart2DFieldsData::yLimitsBySlider()
+{
+    QuietChart chart(&m_parameters);
+    chart.SetYminAllSignal(-2.0);
+    chart.SetYmaxAllSignal(8.0);
+    chart.refreshYmin(1.0);
+    chart.refreshYmax(5.0);
+    QCOMPARE(chart.Ymin(), 0.001);
+    QCOMPARE(chart.Ymax(), 10.0);
+    chart.SetMeasureResultCount(1);
+    chart.refreshYmin(1.0);
+    chart.refreshYmax(5.0);
+    QCOMPARE(chart.Ymin(), 1.0);
+    QCOMPARE(chart.Ymax(), 5.0);
+    chart.refreshYmin(-9.0);
+    chart.refreshYmax(9.0);
+    QCOMPARE(chart.Ymin(), -2.0);
+    QCOMPARE(chart.Ymax(), 8.0);
+    QCOMPARE(chart.YTickCount(), 11);
+}
+
+void tst_CChart2DFieldsData::visibilityDrawsOnce()
+{
+    QuietChart chart(&m_parameters);
+    chart.add(ramp(5, 0.1));
+    chart.showAll();
+    QSignalSpy spy(&chart, &CChart2DFieldsData::DownsampledSignalLengthChanged);
+    for (int i = 0; i < 7; ++i)
+        chart.setComponantVisibility(i, true, i + 1 >= 7);
+    QCOMPARE(spy.count(), 1);
+    QVERIFY(QMetaObject::invokeMethod(&chart, "setComponantVisibility", Q_ARG(int, 0), Q_ARG(bool, false)));
+    QCOMPARE(spy.count(), 2);
+}
+
+void tst_CChart2DFieldsData::recomputeFullFilter()
+{
+    class Filtering : public PlainChart
+    {
+    public:
+        using PlainChart::PlainChart;
+        QStringList calls;
+        void ResetFilter() override
+        {
+            calls.append(QStringLiteral("reset %1").arg(history().Filtered().size()));
+        }
+        void UpdateFilter() override
+        {
+            calls.append(QStringLiteral("filter"));
+            PlainChart::UpdateFilter();
+        }
+        void UpdateDownsampling() override
+        {
+            calls.append(QStringLiteral("draw %1").arg(history().Filtered().size()));
+            PlainChart::UpdateDownsampling();
+        }
+    } chart(&m_parameters);
+    chart.add(ramp(5, 0.1));
+    chart.calls.clear();
+    QSignalSpy resets(&chart, &QAbstractItemModel::modelReset);
+    chart.RecomputeFullFilter();
+    QCOMPARE(chart.calls,
+             QStringList({QStringLiteral("reset 0"), QStringLiteral("filter"), QStringLiteral("draw 5")}));
+    QCOMPARE(resets.count(), 1);
+}
+
+void tst_CChart2DFieldsData::clearDataOrder()
+{
+    PlainChart chart(&m_parameters);
+    chart.add(ramp(500, 0.1));
+    chart.UpdatePlot();
+    QVERIFY(chart.rowCount() > 0);
+    chart.SetNumberValidPoints(3);
+    bool timerRested = false;
+    connect(&chart, &CChart2D::VisibleChanged, this, [&](bool visible) {
+        if (!visible)
+            timerRested = !timerOf(chart)->isActive();
+    });
+    SignalLog log(&chart);
+    chart.ClearData();
+    const QStringList expected{
+        QStringLiteral("Visible false"),
+        QStringLiteral("about to reset"),
+        QStringLiteral("NumberValidPoints 0"),
+        QStringLiteral("DownsampledSignalLength 0"),
+        QStringLiteral("about to reset"),
+        QStringLiteral("reset"),
+        QStringLiteral("MeasureResultMinX 0"),
+        QStringLiteral("MeasureResultMaxX 1"),
+        QStringLiteral("MeasureResultCount 0"),
+        QStringLiteral("MinDeltaAxisX 0.1"),
+        QStringLiteral("XTickCount 10"),
+        QStringLiteral("XminDate "),
+        QStringLiteral("XminTime "),
+        QStringLiteral("XmaxDate "),
+        QStringLiteral("XmaxTime "),
+        QStringLiteral("Ymin 0.001"),
+        QStringLiteral("Ymax 10"),
+        QStringLiteral("YminAllSignal 2.2250738585072014e-308"),
+        QStringLiteral("YmaxAllSignal 1.7976931348623157e+308"),
+        QStringLiteral("FirstDataInit false"),
+        QStringLiteral("YminMaxReseted true"),
+        QStringLiteral("Xmin 0"),
+        QStringLiteral("Xmax 1"),
+        QStringLiteral("refreshLimitSliderX"),
+        QStringLiteral("YminMaxReseted true"),
+        QStringLiteral("refreshLimitSliderY"),
+        QStringLiteral("reset"),
+        QStringLiteral("DownsampledSignalLength 0"),
+        QStringLiteral("clearCharts"),
+        QStringLiteral("Visible true"),
+    };
+    QCOMPARE(log.lines, expected);
+    QVERIFY(timerRested);
+    QVERIFY(timerOf(chart)->isActive());
+    QCOMPARE(timerOf(chart)->interval(), 20);
+    QVERIFY(chart.history().Raw().empty());
+    QVERIFY(chart.history().Filtered().empty());
+    QVERIFY(chart.history().TimeStamps().empty());
+    QCOMPARE(chart.rowCount(), 0);
+}
+
+/// The next data start a new picture.
+void tst_CChart2DFieldsData::clearDataWhileDrawing()
+{
+    PlainChart chart(&m_parameters);
+    for (int round = 0; round < 3; ++round) {
+        chart.add(ramp(30, 0.1, round * 1000.0));
+        QTRY_COMPARE(chart.rowCount(), 30);
+        QCOMPARE(xValue(chart, 0), 0.0);
+        chart.ClearData();
+        QCOMPARE(chart.rowCount(), 0);
+        QTest::qWait(50);
+        QCOMPARE(chart.rowCount(), 0);
+        QCOMPARE(chart.Xmin(), 0.0);
+        QCOMPARE(chart.Xmax(), 1.0);
+        QCOMPARE(chart.Ymax(), 10.0);
+    }
+}
+
+void tst_CChart2DFieldsData::modelTesterStaysContent()
+{
+    QuietChart chart(&m_parameters);
+    const QAbstractItemModelTester tester(&chart, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    chart.UpdatePlot();
+    for (int round = 0; round < 20; ++round) {
+        chart.add(ramp(1 + round * 7, 0.05, round * 20.0));
+        chart.UpdatePlot();
+        chart.refreshLegendData(round * 2.0, round * 15.0);
+        chart.UpdatePlot();
+        chart.setComponantVisibility(round % 7, round % 2 == 0);
+        chart.resetAxisYDelta();
+        chart.RecomputeFullFilter();
+    }
+    QCOMPARE(chart.rowCount(), 401);
+}
+
+void tst_CChart2DFieldsData::modelTesterStandsClearData()
+{
+    QuietChart chart(&m_parameters);
+    const QAbstractItemModelTester tester(&chart, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    chart.add(ramp(50, 0.05));
+    chart.UpdatePlot();
+    chart.ClearData();
+    chart.add(ramp(5, 0.05));
+    chart.UpdatePlot();
+    QCOMPARE(chart.rowCount(), 5);
+    chart.ClearData();
+}
+
+void tst_CChart2DFieldsData::parametersMayDieFirst()
+{
+    auto parameters = std::make_unique<CMeasurementParameters>();
+    auto chart = std::make_unique<PlainChart>(parameters.get());
+    chart->add(ramp(5, 0.1));
+    parameters.reset();
+    chart.reset();
+    QCoreApplication::processEvents();
+}
+
+QTEST_GUILESS_MAIN(tst_CChart2DFieldsData)
+#include "tst_CChart2DFieldsData.moc"

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "QmlTestSetup.h"
+
+#include "CUnits.h"
+#include "InitResources.h"
+
+#include <QDebug>
+#include <QFontDatabase>
+#include <QLocale>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQmlError>
+#include <QTest>
+
+namespace {
+int warningCount = 0;
+}
+
+QmlTestSetup::QmlTestSetup()
+{
+    m_recordingManager.insert(QStringLiteral("IsOperationMeasure"), true);
+    m_operation.insert(QStringLiteral("RecordingManager"),
+                       QVariant::fromValue<QObject*>(&m_recordingManager));
+    m_mainViewModel.insert(QStringLiteral("ParameterMenuExpanded"), false);
+    m_mainViewModel.insert(QStringLiteral("PageMenuExpanded"), false);
+}
+
+void QmlTestSetup::Prepare()
+{
+    InitResources();
+    for (const char* name :
+         {"VRQ-Oxygen-Regular", "VRQ-Oxygen-Bold", "VRQ-Oxygen-Light", "OxygenMono-Regular"}) {
+        const QString path = QStringLiteral(":/Resources/Fonts/%1.ttf").arg(QLatin1String(name));
+        if (QFontDatabase::addApplicationFont(path) < 0)
+            qFatal("cannot load %s", qPrintable(path));
+    }
+    qmlRegisterType<CUnits>("Kestrix.CUnit", 1, 0, "Unit");
+}
+
+int QmlTestSetup::WarningCount()
+{
+    return warningCount;
+}
+
+void QmlTestSetup::setLocale(const QString& name)
+{
+    QLocale::setDefault(QLocale(name));
+}
+
+void QmlTestSetup::expectDebugMessage(const QString& message)
+{
+    QTest::ignoreMessage(QtDebugMsg, qPrintable(message));
+}
+
+QAbstractItemModel* QmlTestSetup::resultsModel(int rows)
+{
+    m_results.SetRowCount(rows);
+    return &m_results;
+}
+
+void QmlTestSetup::setUp(QQmlEngine* engine)
+{
+    connect(engine, &QQmlEngine::warnings, this, [](const QList<QQmlError>& warnings) {
+        for (const QQmlError& warning : warnings)
+            qCritical().noquote() << "QML warning:" << warning.toString();
+        warningCount += warnings.size();
+    });
+    QQmlEngine::setObjectOwnership(&m_results, QQmlEngine::CppOwnership);
+    QQmlContext* context = engine->rootContext();
+    context->setContextProperty(QStringLiteral("Utils"), &m_utils);
+    context->setContextProperty(QStringLiteral("ActiveOperation"), &m_operation);
+    context->setContextProperty(QStringLiteral("MainViewModel"), &m_mainViewModel);
+    context->setContextProperty(QStringLiteral("TestSupport"), this);
+}
+
+void QmlTestSetup::qmlEngineAvailable(QQmlEngine* engine)
+{
+    setUp(engine);
+}
