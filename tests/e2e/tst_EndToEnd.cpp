@@ -92,8 +92,12 @@ private:
 private slots:
     void init()
     {
-        // What an earlier run of the test left in the per-user directories.
+        // What an earlier run of the test left in its directories.
         QDir(SettingsDirectoryPath).removeRecursively();
+        const QStringList leftovers =
+            QDir::current().entryList({QStringLiteral("*.xml"), QStringLiteral("*.csv")}, QDir::Files);
+        for (const QString& file : leftovers)
+            QFile::remove(file);
         m_scenario = std::make_unique<Scenario>();
     }
 
