@@ -146,14 +146,15 @@ void LimitsXmlFile::Convert(bool reread)
         }
     }
     const CUnits::UnitType displayUnits = m_owner.LimitsDisplayUnits();
-    for (const QSharedPointer<FrequencyRange>& range : qAsConst(m_ranges)) {
+    const QList<QSharedPointer<FrequencyRange>> ranges = m_ranges;
+    for (const QSharedPointer<FrequencyRange>& range : ranges) {
         tFlux exposure = 0;
         ConvertUnits(range->ExposureLimitUnit(), displayUnits, exposure,
                      static_cast<tFlux>(range->ExposureLimitValue()));
         range->SetExposureLimitValue(static_cast<double>(exposure));
         widenExposures(range->ExposureLimitValue());
     }
-    setConverted(!m_ranges.isEmpty());
+    setConverted(!ranges.isEmpty());
 }
 
 void LimitsXmlFile::OnOperationParameterUnitChanged(CUnits::UnitType units)

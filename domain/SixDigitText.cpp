@@ -159,13 +159,13 @@ void appendSixDigits(TextBuffer& text, tFlux value)
 
 void appendInteger(TextBuffer& text, quint32 value, int width)
 {
-    std::array<QChar, 10> digits;
-    auto first = digits.end();
+    constexpr int kMaxDigits = 10;
+    QChar digits[kMaxDigits];
+    int first = kMaxDigits;
     do {
-        *--first = QLatin1Char(static_cast<char>('0' + value % 10));
+        digits[--first] = QLatin1Char(static_cast<char>('0' + value % 10));
         value /= 10;
     } while (value != 0);
-    const auto count = static_cast<int>(digits.end() - first);
-    appendZeros(text, width - count);
-    text.append(first, count);
+    appendZeros(text, width - (kMaxDigits - first));
+    text.append(digits + first, kMaxDigits - first);
 }

@@ -61,9 +61,11 @@ QSharedPointer<CInstrument> CInstrumentSupervisor::GetDefaultInstrument() const
 
 void CInstrumentSupervisor::SetActiveInstrument(QSharedPointer<CInstrument> instrument)
 {
+    // An active instrument that died is another one too: its end is announced before the new one begins.
     const QSharedPointer<CInstrument> previous = m_instrument.toStrongRef();
-    if (previous && previous != instrument) {
-        disconnectInstrument(*previous);
+    if (previous != instrument) {
+        if (previous)
+            disconnectInstrument(*previous);
         m_instrument.clear();
         setHasActiveInstrument(false);
     }

@@ -20,6 +20,8 @@ class CSettings;
 class CInstrumentSupervisor : public QObject
 {
     Q_OBJECT
+    // The two without a signal of their own change with the signals below.
+    // clazy:excludeall=qproperty-without-notify
     Q_PROPERTY(QList<QSharedPointer<CInstrument>> AvailableInstruments READ AvailableInstruments)
     Q_PROPERTY(bool HasActiveInstrument READ HasActiveInstrument NOTIFY HasActiveInstrumentChanged)
     Q_PROPERTY(QWeakPointer<CInstrument> Instrument READ Instrument)

@@ -12,34 +12,34 @@
 
 namespace {
 
-constexpr QLatin1String kRoot("OPERATION_PARAMETERS");
+const QLatin1String kRoot("OPERATION_PARAMETERS");
 
-constexpr QLatin1String kMeasurement("MEASUREMENT_PARAMETERS");
-constexpr QLatin1String kRange("Range");
-constexpr QLatin1String kAutoRange("AutoRange");
-constexpr QLatin1String kAdcUnit("AdcUnit");
-constexpr QLatin1String kUnits("Units");
-constexpr QLatin1String kUncertaintyUnits("UncertaintyUnits");
-constexpr QLatin1String kAveraging("Averaging");
-constexpr QLatin1String kAcquisitionRate("AcquisitionRate");
-constexpr QLatin1String kDisplayRate("DisplayRate");
-constexpr QLatin1String kFrequencyMin("FrequencyMin");
-constexpr QLatin1String kFrequencyMax("FrequencyMax");
-constexpr QLatin1String kTriggerMode("TriggerMode");
-constexpr QLatin1String kTriggerPlugin("TriggerPlugin");
+const QLatin1String kMeasurement("MEASUREMENT_PARAMETERS");
+const QLatin1String kRange("Range");
+const QLatin1String kAutoRange("AutoRange");
+const QLatin1String kAdcUnit("AdcUnit");
+const QLatin1String kUnits("Units");
+const QLatin1String kUncertaintyUnits("UncertaintyUnits");
+const QLatin1String kAveraging("Averaging");
+const QLatin1String kAcquisitionRate("AcquisitionRate");
+const QLatin1String kDisplayRate("DisplayRate");
+const QLatin1String kFrequencyMin("FrequencyMin");
+const QLatin1String kFrequencyMax("FrequencyMax");
+const QLatin1String kTriggerMode("TriggerMode");
+const QLatin1String kTriggerPlugin("TriggerPlugin");
 
-constexpr QLatin1String kLimits("LIMITS_PARAMETERS");
-constexpr QLatin1String kLimitsFilePath("LimitsFilePath");
-constexpr QLatin1String kLimitsFileName("LimitsFileName");
+const QLatin1String kLimits("LIMITS_PARAMETERS");
+const QLatin1String kLimitsFilePath("LimitsFilePath");
+const QLatin1String kLimitsFileName("LimitsFileName");
 
-constexpr QLatin1String kAlarmMeter("ALARM_METER_PARAMETERS");
-constexpr QLatin1String kAlarmSpectrum("ALARM_SPECTRUM_PARAMETERS");
-constexpr QLatin1String kAlarmAcAnalysis("ALARM_ACANALYSIS_PARAMETERS");
-constexpr QLatin1String kAlarmMapping("ALARM_MAPPING_PARAMETERS");
-constexpr QLatin1String kState("State");
-constexpr QLatin1String kAxis("Axis");
-constexpr QLatin1String kMinimum("Minimum");
-constexpr QLatin1String kMaximum("Maximum");
+const QLatin1String kAlarmMeter("ALARM_METER_PARAMETERS");
+const QLatin1String kAlarmSpectrum("ALARM_SPECTRUM_PARAMETERS");
+const QLatin1String kAlarmAcAnalysis("ALARM_ACANALYSIS_PARAMETERS");
+const QLatin1String kAlarmMapping("ALARM_MAPPING_PARAMETERS");
+const QLatin1String kState("State");
+const QLatin1String kAxis("Axis");
+const QLatin1String kMinimum("Minimum");
+const QLatin1String kMaximum("Maximum");
 
 QString numberText(double value)
 {

@@ -12,7 +12,7 @@ namespace {
 using namespace RecordFormat;
 
 // The side file counts its versions on its own.
-constexpr QLatin1String kCsvVersion("1.0");
+const QLatin1String kCsvVersion("1.0");
 
 void writeLine(QTextStream& stream, const char* key, const QString& value)
 {

@@ -63,7 +63,7 @@ void setParameter(CMeasurementParameters& parameters, int position, const QStrin
 } // namespace
 
 RecordReader::RecordReader(QIODevice* device, const RecordFormat::Kind& kind, CDataset& dataset, State& state)
-    : m_xml(device), m_kind(kind), m_dataset(dataset), m_state(state)
+    : m_device(device), m_xml(&m_device), m_kind(kind), m_dataset(dataset), m_state(state)
 {
     m_xml.setEntityExpansionLimit(kMaxEntityExpansion);
 }
@@ -71,7 +71,7 @@ RecordReader::RecordReader(QIODevice* device, const RecordFormat::Kind& kind, CD
 bool RecordReader::read()
 {
     using namespace RecordFormat;
-    if (!m_xml.readNextStartElement())
+    if (!readRoot())
         return fail(QStringLiteral("The file is empty"));
     if (!isAt(kRoot) || attribute(kVersion) != kRootVersion)
         return fail(m_kind.notOfThisKind);
@@ -86,6 +86,18 @@ bool RecordReader::read()
         }
     }
     return true;
+}
+
+bool RecordReader::readRoot()
+{
+    while (!m_xml.atEnd()) {
+        const QXmlStreamReader::TokenType token = m_xml.readNext();
+        if (token == QXmlStreamReader::StartElement)
+            return true;
+        if (token == QXmlStreamReader::DTD && m_xml.text().contains(QLatin1String("<!ATTLIST")))
+            m_xml.raiseError(QStringLiteral("Default attributes are not supported"));
+    }
+    return false;
 }
 
 RecordReader::Outcome RecordReader::readExtraElement(CMeasureBlock& block)

@@ -3,6 +3,7 @@
 
 #include "FluxReader.h"
 #include "RecordFormat.h"
+#include "TagLengthGuard.h"
 
 #include <QString>
 #include <QXmlStreamReader>
@@ -14,8 +15,9 @@ class QIODevice;
 /// One walk over the stream of a record file. What differs between the two kinds of records is left to a
 /// derived class.
 ///
-/// Files may be hostile: elements nested deeper than any record has them, and internal entities that expand
-/// to more than a few characters, count as XML errors, which bounds time and memory by the size of the file.
+/// Files may be hostile. What no record has counts as an XML error, so that time and memory are bounded by
+/// the size of the file: elements nested hundreds deep, tags of thousands of characters, internal entities
+/// that expand to more than a few characters, default attributes.
 class RecordReader
 {
 public:
@@ -51,6 +53,7 @@ private:
     bool readBody();
     bool readDataset();
     void readParameters();
+    bool readRoot();
     bool readMeasurements();
     Outcome readBlockElement(CMeasureBlock& block);
     void skipElement();
@@ -59,6 +62,7 @@ private:
     QString attribute(QLatin1String name) const;
     bool isAt(QLatin1String elementName) const { return m_xml.name() == elementName; }
 
+    TagLengthGuard m_device;
     QXmlStreamReader m_xml;
     const RecordFormat::Kind& m_kind;
     CDataset& m_dataset;

@@ -46,21 +46,27 @@ void forgetInstance()
     instance = nullptr;
 }
 
+void passOn(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    CApplication* const application = instance;
+    if (application)
+        application->messageHandler(type, context, message);
+}
+
 void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
-    if (const QtMessageHandler previous = previousHandler)
+    const QtMessageHandler previous = previousHandler;
+    if (previous)
         previous(type, context, message);
 
     if (isMainThread()) {
-        if (CApplication* application = instance)
-            application->messageHandler(type, context, message);
+        passOn(type, context, message);
         return;
     }
     // Qt gives no message of this thread to a handler that is at work on one already, so the lock is not
     // asked for twice.
     const QMutexLocker lock(&instanceInUse);
-    if (CApplication* application = instance)
-        application->messageHandler(type, context, message);
+    passOn(type, context, message);
 }
 
 void installMessageHandler()
@@ -100,6 +106,8 @@ CApplication::CApplication(QObject* parent)
 CApplication::~CApplication()
 {
     qDebug() << "CApplication destructor";
+    // The windows go before the models that they are bound to.
+    qDeleteAll(m_engine.rootObjects());
     if (instance == this)
         forgetInstance();
 }
@@ -187,7 +195,7 @@ void CApplication::WaitForInstrumentList()
 {
     QEventLoop loop;
     connect(&m_supervisor, &CInstrumentSupervisor::AvailableInstrumentUpdated, &loop, &QEventLoop::quit);
-    QTimer::singleShot(kInstrumentListTimeoutMs, &loop, &QEventLoop::quit);
+    QTimer::singleShot(kInstrumentListTimeoutMs, Qt::PreciseTimer, &loop, &QEventLoop::quit);
     loop.exec();
 }
 

@@ -174,12 +174,17 @@ void CConnectionPageViewModel::OnHasActiveInstrumentChanged()
                          &This::CalibrationOutOfDateChanged);
 }
 
+QSharedPointer<CInstrument> CConnectionPageViewModel::ActiveInstrument() const
+{
+    if (!m_supervisor->HasActiveInstrument())
+        return {};
+    return m_supervisor->Instrument().toStrongRef();
+}
+
 CConnectionPageViewModel::Facts CConnectionPageViewModel::ActiveInstrumentFacts() const
 {
     Facts facts;
-    if (!m_supervisor->HasActiveInstrument())
-        return facts;
-    const QSharedPointer<CInstrument> instrument = m_supervisor->Instrument().toStrongRef();
+    const QSharedPointer<CInstrument> instrument = ActiveInstrument();
     if (!instrument)
         return facts;
 
@@ -215,9 +220,7 @@ QString CConnectionPageViewModel::StoredInstrumentLabel() const
 void CConnectionPageViewModel::UpdateActiveInstrumentIndex()
 {
     SetActiveInstrumentIndex(-1);
-    if (!m_supervisor->HasActiveInstrument())
-        return;
-    const QSharedPointer<CInstrument> active = m_supervisor->Instrument().toStrongRef();
+    const QSharedPointer<CInstrument> active = ActiveInstrument();
     if (!active)
         return;
     const QList<QSharedPointer<CInstrument>> instruments = m_supervisor->AvailableInstruments();

@@ -5,6 +5,7 @@
 #include "CInstrumentsList.h"
 #include "CPageViewModel.h"
 
+#include <QSharedPointer>
 #include <QString>
 #include <QStringList>
 
@@ -126,6 +127,7 @@ private:
         bool calibrationOutOfDate = false;
     };
 
+    QSharedPointer<CInstrument> ActiveInstrument() const; ///< null without one
     Facts ActiveInstrumentFacts() const;
     QString StoredInstrumentLabel() const;
     void UpdateActiveInstrumentIndex();

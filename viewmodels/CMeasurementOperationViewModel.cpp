@@ -225,6 +225,8 @@ void CMeasurementOperationViewModel::followFailedLoad()
 {
     m_operation->Reset();
     pointDataSetAtLiveParameters();
+    // The units of the record were on the page already when the read failed.
+    takeDisplayUnitsOfLiveParameters();
     qWarning().noquote() << "Error while loading file:"
                          << recordingManager()->XMLResultsSerializer()->ErrorMessage();
     CUtils::ShowError(tr("Could not load file"), tr("The file is not a valid Norvane XML measurement file"));

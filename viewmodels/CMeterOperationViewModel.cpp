@@ -323,7 +323,9 @@ void CMeterOperationViewModel::updateRotationArrow(const CMeasureBlock& block)
         return;
     }
     const std::optional<QVector3D> viewAxis = viewAxisOfCameraPreset(settings()->Meter3DCameraPreset());
-    const RotationSense sense = viewAxis ? detectRotation(block.Results, *viewAxis) : RotationSense::None;
+    RotationSense sense = RotationSense::None;
+    if (viewAxis)
+        sense = detectRotation(block.Results, *viewAxis);
     if (sense == RotationSense::None) {
         setRotVisible(false);
         return;
@@ -339,8 +341,8 @@ void CMeterOperationViewModel::updateRotationArrow(const CMeasureBlock& block)
 void CMeterOperationViewModel::appendSmallBlocks(const CMeasureBlock& block)
 {
     m_timeWarp = recordingManager()->TimeWarp();
-    const auto spanMs =
-        static_cast<int>(m_timeWarp * recordingManager()->MinReplaySmallBlockDelayMillisecond() + 0.5);
+    const double exactSpanMs = m_timeWarp * recordingManager()->MinReplaySmallBlockDelayMillisecond();
+    const auto spanMs = static_cast<qint64>(std::trunc(exactSpanMs + 0.5));
     for (const BlockPointer& piece : cutIntoSmallBlocks(block, spanMs))
         m_smallBlocks.append(piece);
     if (!block.Results.isEmpty()) {

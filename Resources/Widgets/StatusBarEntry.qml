@@ -23,6 +23,7 @@ ColumnLayout {
     }
 
     KXCLabel {
+        objectName: "value"
         Layout.fillWidth: true
         text: entry.value
         pointSize: 10

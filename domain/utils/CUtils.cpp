@@ -4,6 +4,7 @@
 #include "CUnits.h"
 #include "EnumTexts.h"
 
+#include <QEvent>
 #include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -34,13 +35,26 @@ bool hasNoIntegerPart(double value)
     return std::floor(value) == 0 || (value > -1 && value < 0);
 }
 
-void prepare(QMessageBox& box, const QString& text, const QString& informativeText, QMessageBox::Icon icon)
+/// A box of the standard look. The base class fits its size to the text, in which a minimum size is lost.
+class MessageBox : public QMessageBox
 {
-    box.setText(text);
-    box.setInformativeText(informativeText);
-    box.setIcon(icon);
-    box.setMinimumSize(kBoxSize, kBoxSize);
-}
+public:
+    MessageBox(const QString& text, const QString& informativeText, Icon icon)
+    {
+        setText(text);
+        setInformativeText(informativeText);
+        setIcon(icon);
+    }
+
+protected:
+    bool event(QEvent* event) override
+    {
+        const bool result = QMessageBox::event(event);
+        if (event->type() == QEvent::Show || event->type() == QEvent::LayoutRequest)
+            setFixedSize(size().expandedTo({kBoxSize, kBoxSize}));
+        return result;
+    }
+};
 
 } // namespace
 
@@ -143,13 +157,13 @@ QString CUtils::loadFile(QString path)
         ShowError(tr("Could not load file"), tr("Could not open file %1").arg(path));
         return {};
     }
-    return QString::fromUtf8(file.readAll());
+    // As the constructor of QString takes bytes: up to the first zero byte.
+    return QString::fromUtf8(file.readAll().constData());
 }
 
 bool CUtils::AskConfirmation(const QString& text, const QString& informativeText)
 {
-    QMessageBox box;
-    prepare(box, text, informativeText, QMessageBox::Warning);
+    MessageBox box(text, informativeText, QMessageBox::Warning);
     box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
     box.setDefaultButton(QMessageBox::Cancel);
     box.button(QMessageBox::Ok)->setText(tr("OK"));
@@ -159,8 +173,7 @@ bool CUtils::AskConfirmation(const QString& text, const QString& informativeText
 
 void CUtils::ShowInformation(const QString& text, const QString& informativeText)
 {
-    QMessageBox box;
-    prepare(box, text, informativeText, QMessageBox::Information);
+    MessageBox box(text, informativeText, QMessageBox::Information);
     box.setStandardButtons(QMessageBox::Ok);
     box.setDefaultButton(QMessageBox::Ok);
     box.exec();
@@ -168,7 +181,6 @@ void CUtils::ShowInformation(const QString& text, const QString& informativeText
 
 void CUtils::ShowError(const QString& text, const QString& informativeText)
 {
-    QMessageBox box;
-    prepare(box, text, informativeText, QMessageBox::Critical);
+    MessageBox box(text, informativeText, QMessageBox::Critical);
     box.exec();
 }

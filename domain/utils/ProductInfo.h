@@ -4,12 +4,12 @@
 #include <QLatin1String>
 
 /// Names under which the application presents itself and marks its files.
-inline constexpr QLatin1String kApplicationName("Kestrix");
-inline constexpr QLatin1String kApplicationVersion("1.2.4");
-inline constexpr QLatin1String kOrganizationName("Norvane");
+inline const QLatin1String kApplicationName("Kestrix");
+inline const QLatin1String kApplicationVersion("1.2.4");
+inline const QLatin1String kOrganizationName("Norvane");
 
 /// Where the maker is reached; whoever builds a product for release sets these four.
-inline constexpr QLatin1String kOrganizationDomain("norvane.invalid");
-inline constexpr QLatin1String kOrganizationWebsite("https://www.norvane.invalid");
-inline constexpr QLatin1String kOrganizationEmail("contact@norvane.invalid");
-inline constexpr QLatin1String kSoftwareUpdateWebsite("https://www.norvane.invalid/download");
+inline const QLatin1String kOrganizationDomain("norvane.invalid");
+inline const QLatin1String kOrganizationWebsite("https://www.norvane.invalid");
+inline const QLatin1String kOrganizationEmail("contact@norvane.invalid");
+inline const QLatin1String kSoftwareUpdateWebsite("https://www.norvane.invalid/download");

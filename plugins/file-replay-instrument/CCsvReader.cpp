@@ -87,8 +87,7 @@ bool CCsvReader::readHeadings(const QByteArray& line)
     if (!columns)
         return false;
     m_columns = *columns;
-    m_timeParser =
-        CTimeParser(m_columns.time.isUtc ? CTimeParser::Zone::Utc : CTimeParser::Zone::Local);
+    m_timeParser = CTimeParser(m_columns.time.isUtc ? CTimeParser::Zone::Utc : CTimeParser::Zone::Local);
     m_columnsNeeded = m_columns.time.index + 1;
     for (const auto& component : m_columns.components)
         m_columnsNeeded = std::max(m_columnsNeeded, component.index + 1);

@@ -91,8 +91,7 @@ bool CFileReplayListProvider::scan()
                 break;
             Entry entry = known.take(file.absoluteFilePath());
             if (entry.path.isEmpty() ||
-                (!entry.instrument &&
-                 (entry.size != file.size() || entry.modified != file.lastModified()))) {
+                (!entry.instrument && (entry.size != file.size() || entry.modified != file.lastModified()))) {
                 entry = {file.absoluteFilePath(), file.size(), file.lastModified(), {}};
                 if (const auto reader = CRecordingReader::Open(entry.path))
                     entry.instrument = QSharedPointer<CFileReplayInstrument>::create(

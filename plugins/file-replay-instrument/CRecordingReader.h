@@ -28,9 +28,9 @@ struct RecordingInfo
 {
     QString format; ///< for the user, "CSV" for example
     CUnits::UnitType unit = CUnits::UNKNOWN;
-    double rate = 1;          ///< samples per second
-    bool hasDate = false;     ///< times are absolute
-    double uncertainty = 0;   ///< half a step of the last digit written, for samples that have none
+    double rate = 1;        ///< samples per second
+    bool hasDate = false;   ///< times are absolute
+    double uncertainty = 0; ///< half a step of the last digit written, for samples that have none
 };
 
 /// Reads the samples of a recording one after the other. Reading stops early when an interruption of the

@@ -33,9 +33,9 @@ private:
 
     QVector<RecordedSample> m_pending; ///< read and not delivered yet
     bool m_isAtEnd = false;
-    bool m_hasFirst = false;     ///< a sample of the present pass was read
+    bool m_hasFirst = false; ///< a sample of the present pass was read
     bool m_isShiftKnown = false;
-    qint64 m_shiftNs = 0;        ///< added to the recorded times
-    qint64 m_firstNs = 0;        ///< recorded times of the present pass
+    qint64 m_shiftNs = 0; ///< added to the recorded times
+    qint64 m_firstNs = 0; ///< recorded times of the present pass
     qint64 m_lastNs = 0;
 };

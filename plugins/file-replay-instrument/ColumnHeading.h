@@ -40,9 +40,9 @@ struct Columns
     FieldColumn magnitude; ///< index -1 if there is none
 };
 
-/// Finds time, the three components and the magnitude. Components have a unit (T, mT, µT or uT, nT, G, kG, mG)
-/// behind their name, as in "Bx_uT", "Bx (mT)" or "X [nT]"; those named by x, y, z come before u, v, w and
-/// others. Nothing if there is no time or there are no three components.
+/// Finds time, the three components and the magnitude. Components have a unit (T, mT, µT or uT, nT, G, kG,
+/// mG) behind their name, as in "Bx_uT", "Bx (mT)" or "X [nT]"; those named by x, y, z come before u, v, w
+/// and others. Nothing if there is no time or there are no three components.
 std::optional<Columns> find(const QStringList& headings);
 
 } // namespace ColumnHeading

@@ -18,9 +18,9 @@ double phase(double frequency, double timeS)
 } // namespace
 
 CFieldModel::CFieldModel(const SimulationSettings& settings)
-    : m_dc(settings.dc), m_acFrequency(settings.acFrequency), m_ac(settings.ac),
-      m_acThird(settings.acThird), m_acFifth(settings.acFifth),
-      m_rotatingAmplitude(settings.rotatingAmplitude), m_rotatingFrequency(settings.rotatingFrequency),
+    : m_dc(settings.dc), m_acFrequency(settings.acFrequency), m_ac(settings.ac), m_acThird(settings.acThird),
+      m_acFifth(settings.acFifth), m_rotatingAmplitude(settings.rotatingAmplitude),
+      m_rotatingFrequency(settings.rotatingFrequency),
       m_driftPerS(settings.driftPerHour * (1 / kSecondsPerHour))
 {
 }

@@ -114,8 +114,7 @@ void CSimulatedBlockSource::fillSample(CFieldIntensityResult& result, const Fiel
                                        CUnits::UnitType units) const
 {
     const double magnitude = reading.Norm();
-    const double uncertainty =
-        m_settings.accuracyOfReading * magnitude + m_settings.accuracyOfRange * range;
+    const double uncertainty = m_settings.accuracyOfReading * magnitude + m_settings.accuracyOfRange * range;
     result.SetBx(fromTesla(reading.x, range, units));
     result.SetBy(fromTesla(reading.y, range, units));
     result.SetBz(fromTesla(reading.z, range, units));

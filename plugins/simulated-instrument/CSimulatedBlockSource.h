@@ -11,8 +11,8 @@
 #include <mutex>
 #include <random>
 
-/// Makes blocks as the simulated sensor would measure them: field, offset of the sensor less the correction of
-/// the zero-offset calibration, noise, saturation at the range, conversion to the unit asked for.
+/// Makes blocks as the simulated sensor would measure them: field, offset of the sensor less the correction
+/// of the zero-offset calibration, noise, saturation at the range, conversion to the unit asked for.
 class CSimulatedBlockSource : public CBlockSource
 {
 public:

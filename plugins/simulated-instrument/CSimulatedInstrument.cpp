@@ -69,8 +69,8 @@ bool CSimulatedInstrument::Connect()
         return true;
 
     fillCapabilities();
-    m_source = std::make_shared<CSimulatedBlockSource>(
-        m_settings, kRanges, QDateTime::currentMSecsSinceEpoch() * 1000000);
+    m_source = std::make_shared<CSimulatedBlockSource>(m_settings, kRanges,
+                                                       QDateTime::currentMSecsSinceEpoch() * 1000000);
     m_source->SetZeroCorrection(m_zeroCorrection);
     SetIsConnected(true);
     SetStatusString(tr("Ready"));
@@ -105,9 +105,8 @@ void CSimulatedInstrument::fillCapabilities()
     // The unit that suits a field of the earth's size comes first, since a first start measures in it. ADC
     // must be last: a list that hides it has to keep the positions of the others.
     SetUnitList({CUnits::MICRO_TESLA, CUnits::MILLI_TESLA, CUnits::TESLA, CUnits::NANO_TESLA, CUnits::GAUSS,
-                 CUnits::KILO_GAUSS, CUnits::MILLI_GAUSS, CUnits::MEGA_HERTZ_PROTON,
-                 CUnits::AMPERE_PER_METER, CUnits::KILO_AMPERE_PER_METER, CUnits::MILLI_AMPERE_PER_METER,
-                 CUnits::ADC});
+                 CUnits::KILO_GAUSS, CUnits::MILLI_GAUSS, CUnits::MEGA_HERTZ_PROTON, CUnits::AMPERE_PER_METER,
+                 CUnits::KILO_AMPERE_PER_METER, CUnits::MILLI_AMPERE_PER_METER, CUnits::ADC});
     SetRangeList(kRanges);
     SetTriggerList({CTrigger::CONTINUOUS, CTrigger::IMMEDIATE, CTrigger::TIMER, CTrigger::EXTERNAL});
     SetDivisorList({QStringLiteral("1")});

@@ -7,8 +7,8 @@
 #include <QList>
 #include <QSharedPointer>
 
-/// Lists as many simulated instruments as the settings file says. One that vanishes leaves the list, and a new
-/// object comes back in its place if the settings say so.
+/// Lists as many simulated instruments as the settings file says. One that vanishes leaves the list, and a
+/// new object comes back in its place if the settings say so.
 class CSimulatedInstrumentListProvider : public CInstrumentListProvider
 {
     Q_OBJECT

@@ -57,10 +57,7 @@ public:
             value = Outcome::Exception;
     }
 
-    QString text(const char* key) const
-    {
-        return m_settings.value(QLatin1String(key)).toString().trimmed();
-    }
+    QString text(const char* key) const { return m_settings.value(QLatin1String(key)).toString().trimmed(); }
 
 private:
     QSettings m_settings;
@@ -84,8 +81,7 @@ SimulationSettings SimulationSettings::Load()
     const QString serialNumber = reader.text("Instruments/SerialNumber");
     if (!serialNumber.isEmpty())
         settings.serialNumber = serialNumber;
-    settings.calibrationDate =
-        QDate::fromString(reader.text("Instruments/CalibrationDate"), Qt::ISODate);
+    settings.calibrationDate = QDate::fromString(reader.text("Instruments/CalibrationDate"), Qt::ISODate);
 
     reader.Read("Field/Dc", settings.dc, kTeslaPerMicroTesla);
     reader.Read("Field/AcFrequency", settings.acFrequency);

@@ -21,7 +21,7 @@ struct SimulationSettings
 
     // Field
     FieldVector dc{20.9e-6, 1.8e-6, 44.1e-6};
-    double acFrequency = 50;         ///< Hz
+    double acFrequency = 50;           ///< Hz
     FieldVector ac{0.6e-6, 0.8e-6, 0}; ///< peak of the fundamental on each axis
     FieldVector acThird{0.06e-6, 0.08e-6, 0};
     FieldVector acFifth{0.03e-6, 0, 0.04e-6};
@@ -46,10 +46,10 @@ struct SimulationSettings
     int connectDelayMs = 0;
     Outcome connect = Outcome::Success;
     Outcome disconnect = Outcome::Success;
-    double vanishAfterS = 0;  ///< after a connection; 0 is never
-    double returnAfterS = 0;  ///< after it vanished; 0 is never
-    int emptyBlockEvery = 0;  ///< every n-th block of a run is empty; 0 is none
-    int nanBlockEvery = 0;    ///< every n-th block of a run is not-a-number; 0 is none
+    double vanishAfterS = 0; ///< after a connection; 0 is never
+    double returnAfterS = 0; ///< after it vanished; 0 is never
+    int emptyBlockEvery = 0; ///< every n-th block of a run is empty; 0 is none
+    int nanBlockEvery = 0;   ///< every n-th block of a run is not-a-number; 0 is none
     double burstIntervalS = 0;
     double burstLengthS = 0;
 

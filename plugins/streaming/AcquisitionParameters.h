@@ -36,6 +36,6 @@ bool operator==(const AcquisitionParameters& a, const AcquisitionParameters& b);
 /// Whether both give blocks of the same samples at the same times, so that only their values differ.
 bool haveSameTiming(const AcquisitionParameters& a, const AcquisitionParameters& b);
 
-/// Copies the parameters and moves what lies outside the instrument's bounds to the nearest bound. The rate of
-/// IMMEDIATE mode is left for the instrument to set.
+/// Copies the parameters and moves what lies outside the instrument's bounds to the nearest bound. The rate
+/// of IMMEDIATE mode is left for the instrument to set.
 AcquisitionParameters copyWithinBounds(const CMeasurementParameters& parameters, CInstrument& instrument);

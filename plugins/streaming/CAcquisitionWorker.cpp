@@ -137,8 +137,7 @@ void CAcquisitionWorker::scheduleTimer()
     m_isScheduled = true;
     m_originNs = m_seriesNs + m_blockClock.OffsetNs(m_seriesCount);
     m_firstIndex = 0;
-    m_dueNs =
-        m_originNs + scaled(m_sampleClock.OffsetNs(static_cast<quint64>(m_parameters.blockSize)));
+    m_dueNs = m_originNs + scaled(m_sampleClock.OffsetNs(static_cast<quint64>(m_parameters.blockSize)));
     ++m_seriesCount;
     catchUp();
 }
@@ -148,8 +147,7 @@ void CAcquisitionWorker::scheduleNow()
     m_isScheduled = true;
     m_originNs = m_elapsed.nsecsElapsed();
     m_firstIndex = 0;
-    m_dueNs =
-        m_originNs + scaled(m_sampleClock.OffsetNs(static_cast<quint64>(m_parameters.blockSize)));
+    m_dueNs = m_originNs + scaled(m_sampleClock.OffsetNs(static_cast<quint64>(m_parameters.blockSize)));
     if (!m_timer.isActive())
         m_timer.start(0);
 }

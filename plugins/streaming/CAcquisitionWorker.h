@@ -16,10 +16,10 @@
 /// How the blocks of a run are paced.
 struct AcquisitionPacing
 {
-    double speed = 1;            ///< multiple of real time; 0 delivers as fast as blocks can be made
-    int maxBlocksInFlight = 0;   ///< blocks delivered and not yet taken, at most; 0 is unlimited
-    double burstIntervalS = 0;   ///< a burst of ten times the rate ends every so many seconds; 0 is never
-    double burstLengthS = 0;     ///< length of such a burst
+    double speed = 1;          ///< multiple of real time; 0 delivers as fast as blocks can be made
+    int maxBlocksInFlight = 0; ///< blocks delivered and not yet taken, at most; 0 is unlimited
+    double burstIntervalS = 0; ///< a burst of ten times the rate ends every so many seconds; 0 is never
+    double burstLengthS = 0;   ///< length of such a burst
 };
 
 /// The acquisition of one run: decides when which block is due, has it made by the source and hands it over.

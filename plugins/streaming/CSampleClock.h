@@ -3,9 +3,9 @@
 
 #include <QtGlobal>
 
-/// Times of equally spaced samples in whole nanoseconds. The rate is held as a ratio of integers and a time is
-/// computed from the sample's index, so that nothing accumulates: a period of a whole number of nanoseconds is
-/// kept exactly, any other one to the nanosecond below, for ever.
+/// Times of equally spaced samples in whole nanoseconds. The rate is held as a ratio of integers and a time
+/// is computed from the sample's index, so that nothing accumulates: a period of a whole number of
+/// nanoseconds is kept exactly, any other one to the nanosecond below, for ever.
 class CSampleClock
 {
 public:

@@ -20,18 +20,11 @@ QString CConnectionPageSettings::filePath() const
 
 void CConnectionPageSettings::ReadFromFile()
 {
-    ReadSettingsFile(filePath(), [this](QXmlStreamReader& xml) {
-        if (xml.name() == QLatin1String("Name"))
-            m_instrumentName = xml.readElementText();
-        else if (xml.name() == QLatin1String("SerialNumber"))
-            m_instrumentSerialNumber = xml.readElementText();
-        else if (xml.name() == QLatin1String("SerialPort"))
-            m_serialPort = xml.readElementText();
-        else if (xml.name() == QLatin1String("BaudRate"))
-            m_baudRate = xml.readElementText();
-        else
-            xml.skipCurrentElement();
-    });
+    const auto into = [](QString& field) { return [&field](const QString& text) { field = text; }; };
+    ReadSettingsFile(filePath(), {{QStringLiteral("Name"), into(m_instrumentName)},
+                                  {QStringLiteral("SerialNumber"), into(m_instrumentSerialNumber)},
+                                  {QStringLiteral("SerialPort"), into(m_serialPort)},
+                                  {QStringLiteral("BaudRate"), into(m_baudRate)}});
 }
 
 void CConnectionPageSettings::SaveConnectionSettings(const QString& port, const QString& baudRate,
@@ -51,7 +44,7 @@ void CConnectionPageSettings::writeToFile() const
         QDir().mkdir(directory);
     QFile file(filePath());
     if (!file.open(QIODevice::WriteOnly)) {
-        qDebug() << "Error: Cannot create file : " << file.fileName();
+        qDebug().noquote().nospace() << "Error: Cannot create file : " << file.fileName();
         return;
     }
     WriteSettingsFile(file, {{"Name", m_instrumentName},

@@ -10,8 +10,6 @@
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
-#include <QXmlStreamReader>
-#include <QXmlStreamWriter>
 
 using QtDataVisualization::Q3DCamera;
 
@@ -98,94 +96,60 @@ void CSettings::RestoreFactorySettings(bool save)
 
 void CSettings::ReadFromFile()
 {
-    ReadSettingsFile(filePath(), [this](QXmlStreamReader& xml) { readElement(xml); });
-}
-
-void CSettings::readElement(QXmlStreamReader& xml)
-{
-    const QString key = xml.name().toString();
-    const auto isKey = [&key](const char* name) { return key == QLatin1String(name); };
-    const auto readText = [&](void (CSettings::*set)(const QString&)) {
-        (this->*set)(xml.readElementText());
+    const auto text = [this](void (CSettings::*set)(const QString&)) {
+        return [this, set](const QString& value) { (this->*set)(value); };
     };
-    const auto readBool = [&](void (CSettings::*set)(bool)) {
-        (this->*set)(xml.readElementText() == QLatin1String("1"));
+    const auto boolean = [this](void (CSettings::*set)(bool)) {
+        return [this, set](const QString& value) { (this->*set)(value == QLatin1String("1")); };
     };
-    const auto readULongLong = [&](void (CSettings::*set)(quint64)) {
-        bool converts = false;
-        const quint64 value = xml.readElementText().toULongLong(&converts);
-        if (converts)
-            (this->*set)(value);
+    const auto number = [this](auto convert, auto set) {
+        return [this, convert, set](const QString& value) {
+            bool converts = false;
+            const auto converted = convert(value, &converts);
+            if (converts)
+                (this->*set)(converted);
+        };
     };
-    const auto readUInt = [&](void (CSettings::*set)(quint32)) {
-        bool converts = false;
-        const quint32 value = xml.readElementText().toUInt(&converts);
-        if (converts)
-            (this->*set)(value);
+    const auto toULongLong = [](const QString& value, bool* ok) { return value.toULongLong(ok); };
+    const auto toUInt = [](const QString& value, bool* ok) { return value.toUInt(ok); };
+    const auto toInt = [](const QString& value, bool* ok) { return value.toInt(ok); };
+    const auto toDouble = [](const QString& value, bool* ok) { return value.toDouble(ok); };
+    const auto toPreset = [](const QString& value, bool* ok) {
+        return static_cast<Q3DCamera::CameraPreset>(value.toInt(ok));
     };
-    const auto readDouble = [&](void (CSettings::*set)(double)) {
-        bool converts = false;
-        const double value = xml.readElementText().toDouble(&converts);
-        if (converts)
-            (this->*set)(value);
+    const auto toAxisType = [](const QString& value, bool* ok) {
+        const uint number = value.toUInt(ok);
+        *ok = *ok && number <= e_HorizAxisIsZPosition;
+        return static_cast<t_Mapping2DPlotHorizontalAxisType>(number);
     };
-    const auto readPreset = [&](void (CSettings::*set)(Q3DCamera::CameraPreset)) {
-        bool converts = false;
-        const int value = xml.readElementText().toInt(&converts);
-        if (converts)
-            (this->*set)(static_cast<Q3DCamera::CameraPreset>(value));
-    };
-
-    if (isKey("InstrumentParameterPath"))
-        readText(&CSettings::SetInstrumentParameterPath);
-    else if (isKey("DefaultStoragePath"))
-        readText(&CSettings::SetDefaultStoragePath);
-    else if (isKey("IgnoreSpecificVersion"))
-        readText(&CSettings::SetIgnoreSpecificVersion);
-    else if (isKey("SaveRecordingsAsCsv"))
-        readBool(&CSettings::SetSaveRecordingsAsCsv);
-    else if (isKey("CheckForNewVersion"))
-        readBool(&CSettings::SetCheckForNewVersion);
-    else if (isKey("MappingMaxMeasurementCount"))
-        readULongLong(&CSettings::SetMappingMaxMeasurementCount);
-    else if (isKey("MeasurementMaxMeasurementCount"))
-        readULongLong(&CSettings::SetMeasurementMaxMeasurementCount);
-    else if (isKey("LogMaxHistoryCount"))
-        readUInt(&CSettings::SetLogMaxHistoryCount);
-    else if (isKey("AveragingMode")) {
-        bool converts = false;
-        const int value = xml.readElementText().toInt(&converts);
-        if (converts)
-            SetAveragingMode(value);
-    } else if (isKey("AveragingCount"))
-        readUInt(&CSettings::SetAveragingCount);
-    else if (isKey("EnableMeterMode"))
-        readBool(&CSettings::SetEnableMeterMode);
-    else if (isKey("EnableSpectrumMode"))
-        readBool(&CSettings::SetEnableSpectrumMode);
-    else if (isKey("EnableAcAnalysisMode"))
-        readBool(&CSettings::SetEnableAcAnalysisMode);
-    else if (isKey("EnableMappingMode"))
-        readBool(&CSettings::SetEnableMappingMode);
-    else if (isKey("Meter3DCameraPreset"))
-        readPreset(&CSettings::SetMeter3DCameraPreset);
-    else if (isKey("Meter3DZoomLevel"))
-        readDouble(&CSettings::SetMeter3DZoomLevel);
-    else if (isKey("Meter3DOrthoProjection"))
-        readBool(&CSettings::SetMeter3DOrthoProjection);
-    else if (isKey("Mapping3DCameraPreset"))
-        readPreset(&CSettings::SetMapping3DCameraPreset);
-    else if (isKey("Mapping3DZoomLevel"))
-        readDouble(&CSettings::SetMapping3DZoomLevel);
-    else if (isKey("Mapping3DOrthoProjection"))
-        readBool(&CSettings::SetMapping3DOrthoProjection);
-    else if (isKey("Mapping2DPlotHorizontalAxisType")) {
-        bool converts = false;
-        const uint value = xml.readElementText().toUInt(&converts);
-        if (converts && value <= e_HorizAxisIsZPosition)
-            SetMapping2DPlotHorizontalAxisType(static_cast<t_Mapping2DPlotHorizontalAxisType>(value));
-    } else
-        xml.skipCurrentElement();
+    ReadSettingsFile(
+        filePath(),
+        {
+            {QStringLiteral("InstrumentParameterPath"), text(&CSettings::SetInstrumentParameterPath)},
+            {QStringLiteral("DefaultStoragePath"), text(&CSettings::SetDefaultStoragePath)},
+            {QStringLiteral("IgnoreSpecificVersion"), text(&CSettings::SetIgnoreSpecificVersion)},
+            {QStringLiteral("SaveRecordingsAsCsv"), boolean(&CSettings::SetSaveRecordingsAsCsv)},
+            {QStringLiteral("CheckForNewVersion"), boolean(&CSettings::SetCheckForNewVersion)},
+            {QStringLiteral("MappingMaxMeasurementCount"),
+             number(toULongLong, &CSettings::SetMappingMaxMeasurementCount)},
+            {QStringLiteral("MeasurementMaxMeasurementCount"),
+             number(toULongLong, &CSettings::SetMeasurementMaxMeasurementCount)},
+            {QStringLiteral("LogMaxHistoryCount"), number(toUInt, &CSettings::SetLogMaxHistoryCount)},
+            {QStringLiteral("AveragingMode"), number(toInt, &CSettings::SetAveragingMode)},
+            {QStringLiteral("AveragingCount"), number(toUInt, &CSettings::SetAveragingCount)},
+            {QStringLiteral("EnableMeterMode"), boolean(&CSettings::SetEnableMeterMode)},
+            {QStringLiteral("EnableSpectrumMode"), boolean(&CSettings::SetEnableSpectrumMode)},
+            {QStringLiteral("EnableAcAnalysisMode"), boolean(&CSettings::SetEnableAcAnalysisMode)},
+            {QStringLiteral("EnableMappingMode"), boolean(&CSettings::SetEnableMappingMode)},
+            {QStringLiteral("Meter3DCameraPreset"), number(toPreset, &CSettings::SetMeter3DCameraPreset)},
+            {QStringLiteral("Meter3DZoomLevel"), number(toDouble, &CSettings::SetMeter3DZoomLevel)},
+            {QStringLiteral("Meter3DOrthoProjection"), boolean(&CSettings::SetMeter3DOrthoProjection)},
+            {QStringLiteral("Mapping3DCameraPreset"), number(toPreset, &CSettings::SetMapping3DCameraPreset)},
+            {QStringLiteral("Mapping3DZoomLevel"), number(toDouble, &CSettings::SetMapping3DZoomLevel)},
+            {QStringLiteral("Mapping3DOrthoProjection"), boolean(&CSettings::SetMapping3DOrthoProjection)},
+            {QStringLiteral("Mapping2DPlotHorizontalAxisType"),
+             number(toAxisType, &CSettings::SetMapping2DPlotHorizontalAxisType)},
+        });
 }
 
 void CSettings::WriteToFile()
@@ -194,7 +158,7 @@ void CSettings::WriteToFile()
         QDir().mkdir(SettingsDirectoryPath);
     QFile file(filePath());
     if (!file.open(QIODevice::WriteOnly)) {
-        qDebug() << "Error: Cannot read file : " << file.fileName();
+        qDebug().noquote().nospace() << "Error: Cannot read file : " << file.fileName();
         return;
     }
     WriteSettingsFile(

@@ -202,7 +202,6 @@ signals:
 
 private:
     QString filePath() const;
-    void readElement(class QXmlStreamReader& xml);
 
     QString m_applicationDirPath;
     QString m_instrumentParameterPath;

@@ -3,11 +3,25 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
 static const QString kRootElement = QStringLiteral("SETTINGS");
 
-void ReadSettingsFile(const QString& path, const std::function<void(QXmlStreamReader&)>& readElement)
+static void readElement(QXmlStreamReader& xml, const SettingsReaders& readers)
+{
+    const auto reader = readers.constFind(xml.name().toString());
+    if (reader == readers.constEnd()) {
+        xml.skipCurrentElement();
+        return;
+    }
+    const QString text = xml.readElementText();
+    // Where the file breaks off inside an element, the text so far is not a value.
+    if (!xml.hasError())
+        (*reader)(text);
+}
+
+void ReadSettingsFile(const QString& path, const SettingsReaders& readers)
 {
     QFile file(path);
     if (!file.exists())
@@ -18,7 +32,7 @@ void ReadSettingsFile(const QString& path, const std::function<void(QXmlStreamRe
         if (xml.readNextStartElement()) {
             if (xml.name() == kRootElement) {
                 while (xml.readNextStartElement())
-                    readElement(xml);
+                    readElement(xml, readers);
             } else {
                 xml.raiseError(QCoreApplication::translate("SettingsFile", "Incorrect file"));
             }
@@ -26,9 +40,10 @@ void ReadSettingsFile(const QString& path, const std::function<void(QXmlStreamRe
         file.close();
     }
     if (xml.hasError())
-        qDebug() << "Error: Failed to parse file : " << path << " : " << xml.errorString();
+        qDebug().noquote().nospace() << "Error: Failed to parse file : " << path << " : "
+                                     << xml.errorString();
     else if (file.error() != QFile::NoError)
-        qDebug() << "Error: Cannot read file " << path << ": " << file.errorString();
+        qDebug().noquote().nospace() << "Error: Cannot read file " << path << ": " << file.errorString();
 }
 
 void WriteSettingsFile(QFile& file, const QVector<SettingsEntry>& entries)

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <QFile>
+#include <QHash>
 #include <QString>
 #include <QVector>
-#include <QXmlStreamReader>
 
 #include <functional>
 
@@ -16,9 +16,13 @@ struct SettingsEntry
     QString text;
 };
 
-/// Calls `readElement` at the start of each child of the root; it must read or skip that element whole. A
-/// file that does not exist is no error; any other failure is logged, and what was read before it stays.
-void ReadSettingsFile(const QString& path, const std::function<void(QXmlStreamReader&)>& readElement);
+/// What is done with the text of each key.
+using SettingsReaders = QHash<QString, std::function<void(const QString& text)>>;
+
+/// Hands the text of each child of the root to the reader of that name; other children are skipped. A file
+/// that does not exist is no error; any other failure is logged, and the texts that were read whole before it
+/// stay.
+void ReadSettingsFile(const QString& path, const SettingsReaders& readers);
 
 /// Writes the entries to an open file and closes it.
 void WriteSettingsFile(QFile& file, const QVector<SettingsEntry>& entries);

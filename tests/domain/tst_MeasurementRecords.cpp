@@ -187,11 +187,13 @@ private slots:
         QCOMPARE(ConvertUncertainty(0.25F, 0.0F, CUnits::MICRO_TESLA, CUnits::NANO_TESLA), 250.0F);
         QVERIFY(std::isnan(percent(1e-20F, 0.00005F)));
         QVERIFY(std::isnan(percent(0.0F, -0.0001F)));
+        // As a float, 0.0001 lies a little below the bound, the next one above it.
+        QCOMPARE(percent(0.0F, std::nextafter(0.0001F, 1.0F)), 0.0F);
         QCOMPARE(percent(0.000001F, 0.00011F),
                  static_cast<float>(double(0.000001F) * 100 / double(0.00011F)));
         QVERIFY(std::isnan(percent(0.1F, 1.0F)));
         QCOMPARE(percent(0.09F, 1.0F), 9.0F);
-        QVERIFY(std::isnan(percent(0.0900001F, 1.0F)));
+        QVERIFY(std::isnan(percent(std::nextafter(0.09F, 1.0F), 1.0F)));
         QCOMPARE(percent(0.05F, -1.0F), -5.0F);
         QVERIFY(std::isnan(percent(0.1F, -1.0F)));
         QVERIFY(std::isnan(percent(kNaN, 1.0F)));

@@ -57,6 +57,7 @@ private slots:
     void disconnectsAVanishedInstrument();
     void dropsARenewedInstrument();
     void followsAnInstrumentThatDied();
+    void replacesAnInstrumentThatDied();
     void refreshInsideARefresh();
     void findsTheDefaultInstrument_data();
     void findsTheDefaultInstrument();
@@ -405,6 +406,18 @@ void tst_CInstrumentSupervisor::followsAnInstrumentThatDied()
     QVERIFY(!m_supervisor->HasActiveInstrument());
     QCOMPARE(m_activeSpy->count(), 1);
     QCOMPARE(m_updatedSpy->count(), 1);
+}
+
+void tst_CInstrumentSupervisor::replacesAnInstrumentThatDied()
+{
+    auto unlisted = QSharedPointer<CFakeInstrument>::create(QStringLiteral("9"));
+    m_supervisor->SetActiveInstrument(unlisted);
+    unlisted.reset();
+    m_activeSpy->clear();
+    m_supervisor->SetActiveInstrument(instrument(0));
+    QCOMPARE(m_activeSpy->count(), 2);
+    QCOMPARE(m_activeSpy->first().first().toBool(), false);
+    QVERIFY(m_supervisor->HasActiveInstrument());
 }
 
 void tst_CInstrumentSupervisor::refreshInsideARefresh()

@@ -185,7 +185,8 @@ void tst_InstrumentPlugins::deliversFromAnotherThread()
     QObject receiver;
     connect(first().data(), &CInstrument::OnNewMeasureBlock, &receiver, [&] {
         ++numBlocks;
-        isAlwaysMainThread = isAlwaysMainThread && QThread::currentThread() == qApp->thread();
+        isAlwaysMainThread =
+            isAlwaysMainThread && QThread::currentThread() == QCoreApplication::instance()->thread();
     });
     first()->StartMeasurement();
     QTRY_COMPARE(numBlocks, 50);

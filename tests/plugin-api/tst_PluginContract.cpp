@@ -8,6 +8,10 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
+
+#include <cstring>
+#include <thread>
 
 using namespace MetaObjectTable;
 
@@ -74,6 +78,24 @@ const char* const kBounds[] = {"AveragingBound",
                                "KestrixDisplayRateBound",
                                "FrequencyMinBound",
                                "FrequencyMaxBound"};
+
+#if defined(Q_CC_GNU) && defined(Q_PROCESSOR_X86_64) && !defined(Q_OS_WIN)
+/// Gives a name to the last virtual function of QObject, which is protected.
+struct ObjectProbe : QObject
+{
+    static auto last() { return &ObjectProbe::disconnectNotify; }
+};
+
+/// Place in the table of virtual functions: in this ABI a pointer to a virtual member function holds its
+/// offset plus one.
+template <class Member> int slotOf(Member member)
+{
+    static_assert(sizeof(member) >= sizeof(quintptr));
+    quintptr offset = 0;
+    std::memcpy(&offset, &member, sizeof(offset));
+    return static_cast<int>((offset - 1) / sizeof(void*));
+}
+#endif
 
 } // namespace
 
@@ -156,6 +178,58 @@ private slots:
         QSignalSpy changed(&instrument, &CInstrument::MeasurementParametersChanged);
         instrument.SetMeasurementParameters(&parameters);
         QCOMPARE(changed.count(), 1);
+    }
+
+#if defined(Q_CC_GNU) && defined(Q_PROCESSOR_X86_64) && !defined(Q_OS_WIN)
+    void virtualOperationsComeInOrder()
+    {
+        // A plug-in is compiled against these places in the tables of virtual functions.
+        const int afterObject = slotOf(ObjectProbe::last()) + 1;
+        QCOMPARE(slotOf(&CPlugin::Start), afterObject);
+        QCOMPARE(slotOf(&CPlugin::Stop), afterObject + 1);
+        QCOMPARE(slotOf(&CInstrumentPlugin::GetInstrumentListProvider), afterObject + 2);
+        QCOMPARE(slotOf(&CTriggerPlugin::Shutdown), afterObject + 2);
+        QCOMPARE(slotOf(&CMapperPlugin::GetPosition), afterObject + 2);
+        QCOMPARE(slotOf(&CMapperPlugin::GetOrientation), afterObject + 3);
+        QCOMPARE(slotOf(&CMapperPlugin::Shutdown), afterObject + 4);
+        QCOMPARE(slotOf(&CMapperPluginStopAndGo::MoveTo), afterObject + 5);
+        QCOMPARE(slotOf(&CInstrumentListProvider::GetInstrumentList), afterObject);
+        QCOMPARE(slotOf(&CInstrumentListProvider::SetSerialPortSettings), afterObject + 1);
+        QCOMPARE(slotOf(&CInstrument::SendTrigger), afterObject);
+        QCOMPARE(slotOf(&CInstrument::Connect), afterObject + 1);
+        QCOMPARE(slotOf(&CInstrument::Disconnect), afterObject + 2);
+        QCOMPARE(slotOf(&CInstrument::StartMeasurement), afterObject + 3);
+        QCOMPARE(slotOf(&CInstrument::StopMeasurement), afterObject + 4);
+        QCOMPARE(slotOf(&CInstrument::CalibrateZeroOffset), afterObject + 5);
+        QCOMPARE(slotOf(&CInstrument::RestoreZeroOffsetToFactory), afterObject + 6);
+    }
+#endif
+
+    void aBlockCrossesThreads()
+    {
+        Instrument instrument;
+        QWeakPointer<CMeasureBlock> watched;
+        QVector<QSharedPointer<CMeasureBlock>> received;
+        QObject receiver;
+        connect(&instrument, &CInstrument::OnNewMeasureBlock, &receiver,
+                [&](const QSharedPointer<CMeasureBlock>& block) {
+                    QCOMPARE(QThread::currentThread(), thread());
+                    received.append(block);
+                });
+        std::thread driver([&] {
+            auto block = QSharedPointer<CMeasureBlock>::create();
+            block->Results.append(QSharedPointer<CFieldIntensityResult>::create());
+            block->moveToThread(thread());
+            watched = block;
+            emit instrument.OnNewMeasureBlock(block);
+        });
+        driver.join();
+        QVERIFY(received.isEmpty());
+        QVERIFY2(!watched.isNull(), "the queued signal keeps the block");
+        QTRY_COMPARE(received.size(), 1);
+        QCOMPARE(received.constFirst()->Results.size(), 1);
+        received.clear();
+        QVERIFY(watched.isNull());
     }
 
     void otherClasses()

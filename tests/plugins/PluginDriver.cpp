@@ -88,8 +88,7 @@ Session::~Session()
     instrument->StopMeasurement();
 }
 
-void Session::Configure(CTrigger::TriggerMode mode, double acquisitionRate, int blockSize,
-                        double displayRate)
+void Session::Configure(CTrigger::TriggerMode mode, double acquisitionRate, int blockSize, double displayRate)
 {
     parameters.SetApplyConfiguration(false);
     parameters.SetTriggerMode(mode);

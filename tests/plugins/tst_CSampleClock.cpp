@@ -26,7 +26,7 @@ private slots:
         QFETCH(double, rate);
         QFETCH(qint64, periodNs);
         const CSampleClock clock(rate);
-        for (const quint64 index : {0ULL, 1ULL, 2ULL, 999ULL, 86400ULL * 1000, 10000000000ULL})
+        for (const quint64 index : {0ULL, 1ULL, 2ULL, 999ULL, 86400ULL * 1000})
             QCOMPARE(clock.OffsetNs(index), static_cast<qint64>(index) * periodNs);
     }
 
@@ -48,8 +48,8 @@ private slots:
 
     void rateOfNoSenseIsOneHertz()
     {
-        for (const double rate : {0.0, -5.0, std::numeric_limits<double>::quiet_NaN(),
-                                  std::numeric_limits<double>::infinity()})
+        for (const double rate :
+             {0.0, -5.0, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()})
             QCOMPARE(CSampleClock(rate).OffsetNs(2), 2000000000LL);
     }
 };

@@ -86,9 +86,10 @@ private slots:
         const auto instruments = driver.Instruments();
         for (const auto& instrument : instruments)
             numbers.append(instrument->SerialNumber());
-        QCOMPARE(numbers, (QStringList{QStringLiteral("broad-motion-286hz_30_disturbed_stationary_magnet_C.csv"),
-                                       QStringLiteral("iaga-wic-1hz-day_wic20220810vsec.sec"),
-                                       QStringLiteral("usgs-llo-10hz-4h_llo_20200105_10hz.csv")}));
+        QCOMPARE(numbers,
+                 (QStringList{QStringLiteral("broad-motion-286hz_30_disturbed_stationary_magnet_C.csv"),
+                              QStringLiteral("iaga-wic-1hz-day_wic20220810vsec.sec"),
+                              QStringLiteral("usgs-llo-10hz-4h_llo_20200105_10hz.csv")}));
     }
 
     void statistics_data()
@@ -101,8 +102,7 @@ private slots:
                                          << int(CUnits::NANO_TESLA) << 1.0 << 1660089600000000000LL;
         QTest::newRow("observatory at 10 Hz") << QStringLiteral("usgs-llo-10hz-4h/llo_20200105_10hz.csv")
                                               << int(CUnits::NANO_TESLA) << 10.0 << 1578268793900000000LL;
-        QTest::newRow("motion") << QStringLiteral(
-                                       "broad-motion-286hz/30_disturbed_stationary_magnet_C.csv")
+        QTest::newRow("motion") << QStringLiteral("broad-motion-286hz/30_disturbed_stationary_magnet_C.csv")
                                 << int(CUnits::MICRO_TESLA) << 2000.0 / 7 << 0LL;
     }
     void statistics()

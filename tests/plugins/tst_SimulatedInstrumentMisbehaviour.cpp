@@ -77,7 +77,7 @@ private slots:
 
     void vanishesAndReturns()
     {
-        start("VanishAfterS=0.2\nReturnAfterS=0.2\n");
+        start("VanishAfterS=0.5\nReturnAfterS=0.2\n");
         Session session(m_instrument);
         QVERIFY(m_instrument->Connect());
         session.Configure(CTrigger::CONTINUOUS, 1000, 10, 100);

@@ -11,7 +11,9 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <functional>
 #include <stdexcept>
+#include <utility>
 
 /// An instrument that connects as it is told to.
 class FakeInstrument : public CInstrument
@@ -97,7 +99,7 @@ public:
         m_timer.start(1);
     }
 
-    /// Runs once, when the first box is open and before it is answered.
+    /// Runs once, while the first box is open. A box that it opens is answered before the first one.
     std::function<void()> whileOpen;
     QStringList texts;
 
@@ -107,9 +109,11 @@ private:
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         if (!box)
             return;
+        if (whileOpen) {
+            QTimer::singleShot(0, this, std::exchange(whileOpen, nullptr));
+            return;
+        }
         texts << box->text() + QLatin1Char('|') + box->informativeText();
-        if (whileOpen)
-            std::exchange(whileOpen, nullptr)();
         QAbstractButton* button = m_answers.isEmpty() ? nullptr : box->button(m_answers.takeFirst());
         if (button)
             button->click();

@@ -60,11 +60,10 @@ void DialogDriver::describe(QWidget* dialog)
         messages.append(box->text() + QLatin1Char('|') + box->informativeText());
     } else if (const auto* files = qobject_cast<QFileDialog*>(dialog)) {
         const auto* name = files->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-        fileDialogs.append(QStringList{files->windowTitle(),
-                                       files->acceptMode() == QFileDialog::AcceptSave ? QStringLiteral("save")
-                                                                                      : QStringLiteral("open"),
-                                       files->directory().path(), name->text(),
-                                       files->nameFilters().join(QLatin1Char(';'))}
+        fileDialogs.append(QStringList{
+            files->windowTitle(),
+            files->acceptMode() == QFileDialog::AcceptSave ? QStringLiteral("save") : QStringLiteral("open"),
+            files->directory().path(), name->text(), files->nameFilters().join(QLatin1Char(';'))}
                                .join(QLatin1Char('|')));
     }
 }

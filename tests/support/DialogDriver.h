@@ -11,8 +11,9 @@
 
 class QFileDialog;
 
-/// Answers modal dialogs while a test waits inside of them. The answers are given in the order in which they were
-/// announced; a dialog that nobody announced, or that its answer does not close, is rejected and counted.
+/// Answers modal dialogs while a test waits inside of them. The answers are given in the order in which they
+/// were announced; a dialog that nobody announced, or that its answer does not close, is rejected and
+/// counted.
 class DialogDriver : public QObject
 {
 public:

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "DialogAnswers.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+
+DialogAnswers::DialogAnswers(QObject* parent) : QObject(parent)
+{
+    connect(&m_timer, &QTimer::timeout, this, &DialogAnswers::answer);
+    m_timer.start(20);
+}
+
+void DialogAnswers::ExpectMessage(const QString& text, QMessageBox::StandardButton answer)
+{
+    m_expected.enqueue({text, answer, {}, false});
+}
+
+void DialogAnswers::ExpectFileDialog(const QString& title, const QString& path)
+{
+    m_expected.enqueue({title, QMessageBox::NoButton, path, true});
+}
+
+void DialogAnswers::answer()
+{
+    QWidget* modal = QApplication::activeModalWidget();
+    if (!modal)
+        return;
+    if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+        if (m_expected.isEmpty() || m_expected.head().isFileDialog || m_expected.head().text != box->text()) {
+            m_problems << QStringLiteral("unexpected message: ") + box->text() + QLatin1Char('|') +
+                              box->informativeText();
+            box->reject();
+            return;
+        }
+        box->button(m_expected.dequeue().button)->click();
+        return;
+    }
+    auto* dialog = qobject_cast<QFileDialog*>(modal);
+    if (!dialog || m_expected.isEmpty() || !m_expected.head().isFileDialog ||
+        m_expected.head().text != dialog->windowTitle()) {
+        m_problems << QStringLiteral("unexpected dialog: ") + modal->windowTitle();
+        QMetaObject::invokeMethod(modal, "reject");
+        return;
+    }
+    auto* edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    m_lastProposal = edit->text();
+    edit->setText(m_expected.dequeue().path);
+    QMetaObject::invokeMethod(dialog, "accept");
+}

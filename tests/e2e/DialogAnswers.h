@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QMessageBox>
+#include <QObject>
+#include <QQueue>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+
+/// Answers the modal dialogs that the program opens, in the order given beforehand. One that nobody expected
+/// is refused and noted, so that no test hangs on it.
+class DialogAnswers : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DialogAnswers(QObject* parent = nullptr);
+
+    void ExpectMessage(const QString& text, QMessageBox::StandardButton answer);
+    void ExpectFileDialog(const QString& title, const QString& path);
+
+    bool IsDone() const { return m_expected.isEmpty(); }
+    /// What went otherwise than expected.
+    QStringList Problems() const { return m_problems; }
+    /// The name that the last file dialog proposed.
+    QString LastProposal() const { return m_lastProposal; }
+
+private:
+    struct Expected
+    {
+        QString text;
+        QMessageBox::StandardButton button;
+        QString path;
+        bool isFileDialog;
+    };
+
+    void answer();
+
+    QTimer m_timer;
+    QQueue<Expected> m_expected;
+    QStringList m_problems;
+    QString m_lastProposal;
+};

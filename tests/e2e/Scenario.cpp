@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Scenario.h"
+
+#include "ApplicationDirPath.h"
+#include "CApplication.h"
+#include "SettingsDirectoryPath.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEvent>
+#include <QFile>
+#include <QQmlApplicationEngine>
+#include <QQmlContext>
+#include <QQuickWindow>
+#include <QStandardPaths>
+#include <QTest>
+
+namespace {
+
+void writeFile(const QString& path, const QString& text)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(path));
+    file.write(text.toUtf8());
+}
+
+QString pluginSettingsPath(const char* name)
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/Kestrix/") + QLatin1String(name);
+}
+
+} // namespace
+
+Scenario::Scenario() = default;
+
+Scenario::~Scenario()
+{
+    Quit();
+}
+
+void Scenario::WriteSimulationSettings(const QString& text)
+{
+    writeFile(pluginSettingsPath("KestrixSimulatedInstrument.ini"), text);
+}
+
+void Scenario::WriteReplaySettings(const QString& text)
+{
+    writeFile(pluginSettingsPath("KestrixFileReplay.ini"), text);
+}
+
+void Scenario::WriteDefaultInstrument(const QString& name, const QString& serialNumber)
+{
+    writeFile(SettingsDirectoryPath + QStringLiteral("/KestrixConnectionSettings.xml"),
+              QStringLiteral("<SETTINGS><Name>%1</Name><SerialNumber>%2</SerialNumber></SETTINGS>")
+                  .arg(name, serialNumber));
+}
+
+void Scenario::WriteApplicationSettings(const QString& elements)
+{
+    writeFile(SettingsDirectoryPath + QStringLiteral("/KestrixApplicationSettings.xml"),
+              QStringLiteral("<SETTINGS>%1</SETTINGS>").arg(elements));
+}
+
+void Scenario::WriteMeasureSettings(const QString& elements)
+{
+    writeFile(SettingsDirectoryPath + QStringLiteral("/KestrixMeasureSettings.xml"),
+              QStringLiteral("<OPERATION_PARAMETERS><MEASUREMENT_PARAMETERS>%1</MEASUREMENT_PARAMETERS>"
+                             "</OPERATION_PARAMETERS>")
+                  .arg(elements));
+}
+
+qint64 Scenario::Start(Plugins plugins)
+{
+    ApplicationDirPath = plugins == Shipped ? QStringLiteral(KESTRIX_BIN_DIR) : QDir::currentPath();
+    QElapsedTimer clock;
+    clock.start();
+    m_application = CApplication::Instance();
+    QQmlApplicationEngine* engine = m_application->QmlEngine();
+    QObject::connect(engine, &QQmlEngine::warnings, &m_answers, [this](const QList<QQmlError>& warnings) {
+        for (const QQmlError& warning : warnings)
+            m_qmlWarnings << warning.toString();
+    });
+    m_application->Initialize();
+    if (engine->rootObjects().isEmpty())
+        qFatal("no window: %s", qPrintable(m_qmlWarnings.join(QLatin1Char('\n'))));
+    auto* window = qobject_cast<QQuickWindow*>(engine->rootObjects().constFirst());
+    m_driver = std::make_unique<WindowDriver>(window);
+    if (!QTest::qWaitForWindowExposed(window))
+        qFatal("the window is not shown");
+    return clock.elapsed();
+}
+
+bool Scenario::CloseWindow()
+{
+    return m_driver->Window()->close();
+}
+
+void Scenario::Quit()
+{
+    if (m_hasQuit || !m_application)
+        return;
+    m_hasQuit = true;
+    m_application->onAboutToQuit();
+    m_application = nullptr;
+    // The window goes with the engine.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+    m_driver.reset();
+}
+
+QObject* Scenario::ActiveOperation() const
+{
+    return m_application->QmlEngine()
+        ->rootContext()
+        ->contextProperty(QStringLiteral("ActiveOperation"))
+        .value<QObject*>();
+}
+
+QObject* Scenario::RecordingManager() const
+{
+    return ActiveOperation()->property("RecordingManager").value<QObject*>();
+}
+
+QObject* Scenario::PageViewModel() const
+{
+    return m_application->MainViewModel()->property("pActivePageViewModel").value<QObject*>();
+}
+
+bool Scenario::Flag(const char* name) const
+{
+    return RecordingManager()->property(name).toBool();
+}
+
+QStringList Scenario::Problems() const
+{
+    return m_qmlWarnings + m_answers.Problems();
+}
+
+QString Scenario::LogText() const
+{
+    QFile file(SettingsDirectoryPath + QStringLiteral("/Kestrix.log"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}

@@ -1,0 +1,330 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Files that no program of ours wrote: cut off, random, or made to exhaust the reader.
+
+#include "CDataSetMapping.h"
+#include "CDataSetMeasurement.h"
+#include "CSettings.h"
+#include "CXMLResultsSerializer.h"
+#include "RecordTestSupport.h"
+
+#include <QFile>
+#include <QtTest>
+
+#include <functional>
+#include <random>
+
+using namespace RecordTestSupport;
+
+namespace {
+
+constexpr qint64 kLarge = 100000000;
+
+/// A file of any size that is made while it is read.
+class GeneratedDevice : public QIODevice
+{
+public:
+    using Generator = std::function<void(char* data, qint64 size)>;
+
+    GeneratedDevice(const QByteArray& head, qint64 bodySize, Generator body)
+        : m_head(head), m_left(bodySize), m_body(std::move(body))
+    {
+        open(QIODevice::ReadOnly);
+    }
+
+    bool isSequential() const override { return true; }
+    bool atEnd() const override { return m_head.isEmpty() && m_left == 0; }
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        if (!m_head.isEmpty()) {
+            const auto taken = static_cast<int>(qMin<qint64>(size, m_head.size()));
+            std::copy_n(m_head.constData(), taken, data);
+            m_head.remove(0, taken);
+            return taken;
+        }
+        const qint64 taken = qMin(size, m_left);
+        m_body(data, taken);
+        m_left -= taken;
+        return taken;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    QByteArray m_head;
+    qint64 m_left;
+    Generator m_body;
+};
+
+GeneratedDevice::Generator repeat(const QByteArray& piece)
+{
+    return [piece, position = 0](char* data, qint64 size) mutable {
+        for (qint64 i = 0; i < size; ++i) {
+            data[i] = piece[position];
+            position = (position + 1) % piece.size();
+        }
+    };
+}
+
+/// Bytes, from the kernel's account of this process; 0 where there is none.
+qint64 peakMemory()
+{
+    QFile file(QStringLiteral("/proc/self/status"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray all = file.readAll();
+    const int line = all.indexOf("VmHWM:");
+    return line < 0 ? 0 : all.mid(line + 6, all.indexOf("kB", line) - line - 6).trimmed().toLongLong() * 1024;
+}
+
+void forgetPeakMemory()
+{
+    QFile file(QStringLiteral("/proc/self/clear_refs"));
+    if (file.open(QIODevice::WriteOnly))
+        file.write("5");
+}
+
+const QByteArray kOpenFlux =
+    record(QByteArray()).split('\n').mid(0, 10).join('\n').replace("</dataset>", "") + "<measurements><flux>";
+
+} // namespace
+
+class tst_HostileRecords : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void truncatedAnywhere()
+    {
+        QByteArray content =
+            "<headings colsep=\";\">a;b</headings><parameters>Units=mT Range=0.3 AutoRange=1</parameters>";
+        for (int i = 0; i < 3; ++i)
+            content +=
+                "<measurements><comment>c&amp;d</comment><position unit=\"\">1;2;3</position>"
+                "<orientation "
+                "unit=\"degree\">4;5;6</orientation><flux>2024.03.01T10:11:12.123456789;1;2;3;4;5;6;7\n"
+                "2024.03.01T10:11:12.223456789;1;2;3;4;5;6;7</flux></measurements>";
+        for (const char* kind : {"MEASUREMENT", "MAPPING"}) {
+            const QByteArray whole = record(content, "1.2", kind);
+            int lastBlocks = 0;
+            for (int length = 0; length <= whole.size(); ++length) {
+                QByteArray text = whole.left(length);
+                QBuffer buffer(&text);
+                buffer.open(QIODevice::ReadOnly);
+                CXMLResultsSerializer serializer;
+                CDataSetMeasurement measurement(m_settings);
+                CDataSetMapping mapping(m_settings);
+                int blocks = 0;
+                bool isRead = false;
+                if (qstrcmp(kind, "MAPPING") == 0) {
+                    isRead = serializer.ReadMapping(&buffer, mapping);
+                    blocks = static_cast<int>(mapping.MeasureBlocks()->size());
+                } else {
+                    isRead = serializer.ReadMeasurement(&buffer, measurement);
+                    blocks = static_cast<int>(measurement.MeasureBlocks()->size());
+                }
+                // Once the root has been read, a cut-off file gives what it holds.
+                QCOMPARE(isRead, length >= whole.indexOf('>', whole.indexOf("<NorvaneXmlRecord")) + 1);
+                QVERIFY(blocks >= lastBlocks && blocks <= 3);
+                lastBlocks = blocks;
+            }
+            QCOMPARE(lastBlocks, 3);
+        }
+    }
+
+    void damagedByteByByte()
+    {
+        const QByteArray whole =
+            record("<headings colsep=\";\"/><parameters>Units=mT Range=0.3</parameters>" +
+                   measurementsWithFlux("2024.03.01T10:11:12.123456789;1;2;3;4;5;6;7"));
+        std::mt19937 random(3);
+        for (int i = 0; i < 20000; ++i) {
+            QByteArray text = whole;
+            for (int damage = 0; damage < 3; ++damage)
+                text[static_cast<int>(random() % static_cast<unsigned>(text.size()))] =
+                    static_cast<char>(random());
+            QBuffer buffer(&text);
+            buffer.open(QIODevice::ReadOnly);
+            CXMLResultsSerializer serializer;
+            CDataSetMeasurement dataset(m_settings);
+            serializer.ReadMeasurement(&buffer, dataset);
+            QVERIFY(dataset.MeasureBlocks()->size() <= 1);
+        }
+    }
+
+    void large_data()
+    {
+        QTest::addColumn<QByteArray>("head");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<int>("times"); // memory allowed, in sizes of the file
+        QTest::newRow("zeros") << QByteArray() << QByteArray(1, '\0') << 1;
+        QTest::newRow("letters") << QByteArray() << QByteArray("garbage ") << 1;
+        QTest::newRow("white space") << QByteArray() << QByteArray(" \n") << 8;
+        QTest::newRow("one endless tag") << QByteArray("<") << QByteArray("a") << 8;
+        QTest::newRow("one endless attribute")
+            << QByteArray("<NorvaneXmlRecord ver=\"") << QByteArray("1.0") << 8;
+        QTest::newRow("one endless comment") << QByteArray("<!--") << QByteArray("x") << 8;
+        QTest::newRow("nested elements")
+            << QByteArray("<NorvaneXmlRecord ver=\"1.0\">") << QByteArray("<a>") << 1;
+        QTest::newRow("nested in a block") << kOpenFlux.left(kOpenFlux.size() - 6) << QByteArray("<a>") << 1;
+        QTest::newRow("nested in the header")
+            << QByteArray("<NorvaneXmlRecord ver=\"1.0\"><header>") << QByteArray("<b>") << 1;
+        QTest::newRow("endless token") << kOpenFlux << QByteArray("5") << 12;
+        QTest::newRow("endless comment of the record")
+            << QByteArray(
+                   "<NorvaneXmlRecord ver=\"1.0\"><body type=\"tQDR_BODY_KESTRIX\" ver=\"1.1\"><comment>")
+            << QByteArray("c") << 12;
+        QTest::newRow("endless parameters")
+            << kOpenFlux.left(kOpenFlux.size() - 20) + "<parameters>" << QByteArray("a=b ") << 12;
+    }
+
+    void large()
+    {
+        QFETCH(QByteArray, head);
+        QFETCH(QByteArray, body);
+        QFETCH(int, times);
+        checkLarge(head, repeat(body), times);
+    }
+
+    void largeAndRandom()
+    {
+        auto random = std::make_shared<std::mt19937>(5);
+        checkLarge(
+            QByteArray(),
+            [random](char* data, qint64 size) {
+                for (qint64 i = 0; i < size; ++i)
+                    data[i] = static_cast<char>((*random)());
+            },
+            1);
+    }
+
+    void entityBombs_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QByteArray laughs = "<!DOCTYPE b [<!ENTITY l0 \"lolololol\">";
+        for (int i = 1; i < 30; ++i) {
+            const QByteArray previous = "&l" + QByteArray::number(i - 1) + ';';
+            laughs += "<!ENTITY l" + QByteArray::number(i) + " \"" + previous.repeated(10) + "\">";
+        }
+        laughs += "]>";
+        QTest::newRow("nested") << inRecord(laughs, "&l29;");
+        QTest::newRow("many of middling size")
+            << inRecord("<!DOCTYPE b [<!ENTITY a \"" + QByteArray(4000, 'x') + "\">]>",
+                        QByteArray("&a;").repeated(1000000));
+        QTest::newRow("self-reference") << inRecord("<!DOCTYPE b [<!ENTITY a \"&a;\">]>", "&a;");
+        QTest::newRow("two that call each other")
+            << inRecord("<!DOCTYPE b [<!ENTITY a \"&b;\"><!ENTITY b \"&a;\">]>", "&a;");
+        QTest::newRow("from a file") << inRecord("<!DOCTYPE b [<!ENTITY a SYSTEM \"file:///etc/passwd\">]>",
+                                                 "&a;");
+        QTest::newRow("parameter entities")
+            << inRecord("<!DOCTYPE b [<!ENTITY % p \"<!ENTITY a 'x'>\">%p;%p;]>", "&a;");
+    }
+
+    void entityBombs()
+    {
+        QFETCH(QByteArray, text);
+        forgetPeakMemory();
+        const qint64 before = peakMemory();
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
+        QVERIFY2(timer.elapsed() < 10000, QByteArray::number(timer.elapsed()));
+        QVERIFY(peakMemory() - before < 100000000);
+        QVERIFY(!dataset.Comment().contains(QLatin1String("root:")));
+    }
+
+    void attributeBombs_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QByteArray attributes;
+        for (int i = 0; i < 500000; ++i)
+            attributes += " a" + QByteArray::number(i) + "=\">\"";
+        const QByteArray root = "<NorvaneXmlRecord ver=\"1.0\">";
+        QTest::newRow("in a child") << root + "<header" + attributes + "/></NorvaneXmlRecord>";
+        QTest::newRow("in an end tag") << root + "<header></header" + attributes + "></NorvaneXmlRecord>";
+        QByteArray defaults = "<!DOCTYPE b [<!ATTLIST a";
+        for (int i = 0; i < 2000; ++i)
+            defaults += " a" + QByteArray::number(i) + " CDATA \"\"";
+        QTest::newRow("by default") << defaults + ">]>" + root + QByteArray("<a/>").repeated(1000000) +
+                                           "</NorvaneXmlRecord>";
+    }
+
+    void attributeBombs()
+    {
+        QFETCH(QByteArray, text);
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QElapsedTimer timer;
+        timer.start();
+        serializer.ReadMeasurement(&buffer, dataset);
+        QVERIFY2(timer.elapsed() < 10000, QByteArray::number(timer.elapsed()));
+        QVERIFY(dataset.MeasureBlocks()->empty());
+    }
+
+    /// What is long in a record is not a tag.
+    void longTextsAreNoLongTags()
+    {
+        const QByteArray row = "2024.03.01T10:11:12.5;1;2;3;4;5;6;7\n";
+        const QByteArray rows = row.repeated(1000);
+        const QByteArray inside = "<don't \"> ]] -- <![CDATA[";
+        QByteArray text = record(
+            "<!--" + inside.repeated(1000) + "--><measurements a='>'><comment><![CDATA[" +
+            QByteArray("<!-- don't -->").repeated(1000) + "]]></comment><flux>" + rows + "<![CDATA[" + rows +
+            "]]></flux></measurements><?" + QByteArray("x").repeated(1000) + "?><measurements/>");
+        text.replace("-- <![", " <![");
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
+        QCOMPARE(dataset.MeasureBlocks()->size(), size_t(2));
+        QCOMPARE(dataset.MeasureBlocks()->at(0)->Results.size(),
+                 2001); // with the one behind the last line end
+    }
+
+    void predefinedEntitiesDoNotCount()
+    {
+        QByteArray text = inRecord("", QByteArray("&lt;&amp;").repeated(10000));
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
+        QCOMPARE(dataset.Comment(), QStringLiteral("<&").repeated(10000));
+    }
+
+private:
+    static QByteArray inRecord(const QByteArray& declarations, const QByteArray& comment)
+    {
+        return declarations +
+               "<NorvaneXmlRecord ver=\"1.0\"><body type=\"tQDR_BODY_KESTRIX\" ver=\"1.1\"><comment>" +
+               comment + "</comment></body></NorvaneXmlRecord>";
+    }
+
+    void checkLarge(const QByteArray& head, GeneratedDevice::Generator body, int times)
+    {
+        GeneratedDevice device(head, kLarge, std::move(body));
+        forgetPeakMemory();
+        const qint64 before = peakMemory();
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QElapsedTimer timer;
+        timer.start();
+        serializer.ReadMeasurement(&device, dataset);
+        const qint64 used = peakMemory() - before;
+        qInfo("%lld ms, %lld MB", timer.elapsed(), used / 1000000);
+        QVERIFY2(timer.elapsed() < 60000, QByteArray::number(timer.elapsed()));
+        QVERIFY2(used < times * kLarge, QByteArray::number(used));
+    }
+
+    CSettings m_settings{QString()};
+};
+
+QTEST_GUILESS_MAIN(tst_HostileRecords)
+#include "tst_HostileRecords.moc"
