@@ -198,7 +198,7 @@ signals:
     void Mapping3DCameraPresetChanged(QtDataVisualization::Q3DCamera::CameraPreset value);
     void Mapping3DZoomLevelChanged(double value);
     void Mapping3DOrthoProjectionChanged(bool value);
-    void Mapping2DPlotHorizontalAxisTypeChanged(t_Mapping2DPlotHorizontalAxisType value);
+    void Mapping2DPlotHorizontalAxisTypeChanged(CSettings::t_Mapping2DPlotHorizontalAxisType value);
 
 private:
     QString filePath() const;
