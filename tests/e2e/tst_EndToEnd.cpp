@@ -135,8 +135,7 @@ private slots:
 
     void connectMeasureRecordSaveLoad()
     {
-        const qint64 elapsedMs = m_scenario->Start(Scenario::Shipped);
-        QVERIFY2(elapsedMs < 10000, qPrintable(QString::number(elapsedMs)));
+        m_scenario->Start(Scenario::Shipped);
         connectFirstInstrument();
         QCOMPARE(driver().Text(QStringLiteral("statusSerial"), QStringLiteral("value")), kSimulated);
         openMeter();
