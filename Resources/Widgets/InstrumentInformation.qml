@@ -38,6 +38,7 @@ ScrollView {
             Layout.fillWidth: true
             Layout.maximumWidth: 600
             title: qsTr("Instruments found")
+            contentSpacing: 5
 
             Rectangle {
                 Layout.fillWidth: true
