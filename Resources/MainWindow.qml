@@ -61,9 +61,12 @@ ApplicationWindow {
         // All items share one tool tip.
         ToolTip.toolTip.font.family: Style.LetterFontFamily
         ToolTip.toolTip.font.pointSize: Style.ToolTipTextFontSize
-        ToolTip.toolTip.palette.toolTipBase: Style.ToolTipBackgroundColor
         ToolTip.toolTip.palette.toolTipText: Style.TextDarkColor
-        ToolTip.toolTip.palette.dark: Style.BordersColor
+        // The style's own background takes no palette from here.
+        ToolTip.toolTip.background: Rectangle {
+            color: Style.ToolTipBackgroundColor
+            border.color: Style.BordersColor
+        }
 
         GridLayout {
             anchors.fill: parent

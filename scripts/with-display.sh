@@ -19,7 +19,7 @@ finish() {
 trap finish EXIT
 
 mkfifo "$work/display"
-Xvfb -displayfd 3 -screen 0 "${size}x24" +extension GLX -noreset 3>"$work/display" >/dev/null 2>"$work/xvfb.log" &
+Xvfb -displayfd 3 -screen 0 "${size}x24" -dpi 96 +extension GLX -noreset 3>"$work/display" >/dev/null 2>"$work/xvfb.log" &
 children+=($!)
 read -r -t 20 number <"$work/display" || { cat "$work/xvfb.log" >&2; exit 1; }
 export DISPLAY=:$number

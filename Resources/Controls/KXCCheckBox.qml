@@ -12,6 +12,10 @@ RowLayout {
     property alias checked: checkBox.checked
     property string toolTipText: ""
 
+    function takeFocus() {
+        checkBox.forceActiveFocus(Qt.TabFocusReason);
+    }
+
     spacing: 8
 
     CheckBox {

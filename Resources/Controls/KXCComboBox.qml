@@ -21,6 +21,9 @@ RowLayout {
     property int comboboxWidth: 120
     property bool unitVisible: false
 
+    // The user has chosen an entry; a change by code, or by a new model, does not count.
+    signal activated(int index)
+
     spacing: 5
 
     KXCLabel {
@@ -41,6 +44,7 @@ RowLayout {
         font.pointSize: comboBoxRow.textPointSize
         textRole: comboBoxRow.unitVisible ? "first" : ""
         Accessible.name: comboBoxLabel.text
+        onActivated: comboBoxRow.activated(index)
 
         background: Rectangle {
             color: comboBox.down ? Style.ComboBoxPressed : Style.darkColor

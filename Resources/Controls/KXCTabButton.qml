@@ -21,6 +21,7 @@ TabButton {
         verticalAlignment: Text.AlignVCenter
         wrapMode: Text.NoWrap
         elide: Text.ElideRight
+        Accessible.ignored: true
     }
 
     background: Rectangle {

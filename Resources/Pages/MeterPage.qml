@@ -41,6 +41,8 @@ Item {
 
     ZeroOffsetDialog {
         id: zeroOffsetDialog
+
+        mainWindow: actionBar.mainWindow
     }
 
     ColumnLayout {
@@ -50,6 +52,8 @@ Item {
 
         ActionBar {
             id: actionBar
+
+            mainWindow: page.ApplicationWindow.window
 
             ActionButton {
                 objectName: "resumeButton"
@@ -150,6 +154,8 @@ Item {
 
                 ValueUncertaintyDisplayer {
                     objectName: "bDisplayer"
+                    // Room for the longest number, so that its neighbour stays in place.
+                    Layout.preferredWidth: Math.max(implicitWidth, 400)
                     label: qsTr("B")
                     value: ActivePageViewModel.BLastBlock
                     unit: ActivePageViewModel.DisplayUnits

@@ -19,6 +19,7 @@ Popup {
     parent: Overlay.overlay
     anchors.centerIn: parent
     modal: true
+    focus: true
     closePolicy: Popup.NoAutoClose
     padding: 20
     // Transitions would stand still half-way.
@@ -38,8 +39,12 @@ Popup {
         onTriggered: {
             const blockingCall = busyPopup.pendingCall;
             busyPopup.pendingCall = null;
-            blockingCall();
-            busyPopup.close();
+            // Nothing else can close the pop-up.
+            try {
+                blockingCall();
+            } finally {
+                busyPopup.close();
+            }
         }
     }
 }

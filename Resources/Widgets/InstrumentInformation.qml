@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick 2.15
-import QtQml 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import "../Controls"
@@ -33,12 +32,13 @@ ScrollView {
 
     ColumnLayout {
         width: Math.min(information.availableWidth - 10, 600)
-        spacing: 20
+        spacing: 0
 
         KXCSettingsSection {
             Layout.fillWidth: true
             Layout.maximumWidth: 600
             title: qsTr("Instruments found")
+            contentSpacing: 5
 
             Rectangle {
                 Layout.fillWidth: true
@@ -53,7 +53,6 @@ ScrollView {
                     clip: true
                     boundsBehavior: Flickable.StopAtBounds
                     model: ConnectionPageViewModel.ConnectedInstruments
-                    activeFocusOnTab: true
                     Accessible.role: Accessible.List
                     Accessible.name: qsTr("Instruments found")
 
@@ -82,20 +81,14 @@ ScrollView {
             }
 
             KXCComboBox {
-                id: defaultInstrumentBox
-
                 objectName: "defaultInstrumentBox"
                 text: qsTr("Default instrument")
                 comboboxWidth: 200
                 model: ConnectionPageViewModel.InstrumentNames
                 currentIndex: ConnectionPageViewModel.SelectedDefaultInstrumentIndex
-            }
-
-            Binding {
-                target: ConnectionPageViewModel
-                property: "SelectedDefaultInstrumentIndex"
-                value: defaultInstrumentBox.currentIndex
-                restoreMode: Binding.RestoreNone
+                // A new list sets the index to 0. That is not the user's choice, and must not pass for it.
+                onModelChanged: currentIndex = Qt.binding(() => ConnectionPageViewModel.SelectedDefaultInstrumentIndex)
+                onActivated: ConnectionPageViewModel.SelectedDefaultInstrumentIndex = index
             }
         }
 

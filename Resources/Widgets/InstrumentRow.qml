@@ -13,6 +13,12 @@ Item {
     signal connectRequested
     signal disconnectRequested
 
+    // Keeps the button in sight that the keyboard has reached.
+    function bringIntoView() {
+        if (ListView.view !== null)
+            ListView.view.positionViewAtIndex(index, ListView.Contain);
+    }
+
     function interfaceImage(instrumentInterface) {
         switch (instrumentInterface) {
         case 3:
@@ -42,9 +48,13 @@ Item {
 
         KXCLabel {
             objectName: "instrumentLabel"
+            // As wide as its text, and less where the button needs the place.
+            Layout.fillWidth: true
+            Layout.maximumWidth: Math.ceil(implicitWidth)
             text: model.DisplayLabel
             pointSize: 10
             wrapMode: Text.NoWrap
+            elide: Text.ElideRight
         }
 
         KXCLabel {
@@ -63,6 +73,10 @@ Item {
             visible: !row.isActive
             Accessible.name: qsTr("Connect %1").arg(model.DisplayLabel)
             onClicked: row.connectRequested()
+            onActiveFocusChanged: {
+                if (activeFocus)
+                    row.bringIntoView();
+            }
         }
 
         TextButton {
@@ -73,6 +87,10 @@ Item {
             visible: row.isActive
             Accessible.name: qsTr("Disconnect %1").arg(model.DisplayLabel)
             onClicked: row.disconnectRequested()
+            onActiveFocusChanged: {
+                if (activeFocus)
+                    row.bringIntoView();
+            }
         }
     }
 

@@ -68,11 +68,15 @@ Dialog {
     objectName: "logDialog"
     title: qsTr("Log messages")
     modal: true
+    focus: true
     width: 800
     height: 500
     closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutside
     font.family: Style.LetterFontFamily
-    onOpened: messageList.positionViewAtEnd()
+    onOpened: {
+        messageList.positionViewAtEnd();
+        searchField.forceActiveFocus();
+    }
 
     ColumnLayout {
         anchors.fill: parent
@@ -87,11 +91,30 @@ Dialog {
             }
 
             TextField {
+                id: searchField
+
                 objectName: "logSearchField"
                 Layout.fillWidth: true
+                Layout.preferredHeight: 30
+                leftPadding: 6
+                rightPadding: 6
+                topPadding: 2
+                bottomPadding: 2
+                verticalAlignment: TextInput.AlignVCenter
                 selectByMouse: true
+                selectionColor: Style.TextFieldFocusBorder
+                selectedTextColor: Style.BackgroundColor
+                font.family: Style.LetterFontFamily
+                font.pointSize: 9
+                color: Style.TextDarkColor
                 Accessible.name: qsTr("Search")
                 onTextChanged: MainViewModel.LogMessageProxy.setFilterString(text)
+
+                background: Rectangle {
+                    color: Style.BackgroundColor
+                    border.width: searchField.activeFocus ? 2 : 1
+                    border.color: searchField.activeFocus ? Style.TextFieldFocusBorder : Style.BordersColor
+                }
             }
 
             KXCComboBox {
@@ -120,9 +143,41 @@ Dialog {
             clip: true
             model: MainViewModel.LogMessageProxy
             boundsBehavior: Flickable.StopAtBounds
+            activeFocusOnTab: true
+            Accessible.role: Accessible.List
+            Accessible.name: qsTr("Log messages")
+            // The keys scroll: there is nothing to choose in the list.
+            keyNavigationEnabled: false
+            Keys.onUpPressed: scrollBy(-20)
+            Keys.onDownPressed: scrollBy(20)
+            Keys.onPressed: {
+                event.accepted = true;
+                if (event.key === Qt.Key_PageUp)
+                    scrollBy(-height);
+                else if (event.key === Qt.Key_PageDown)
+                    scrollBy(height);
+                else if (event.key === Qt.Key_Home)
+                    positionViewAtBeginning();
+                else if (event.key === Qt.Key_End)
+                    positionViewAtEnd();
+                else
+                    event.accepted = false;
+            }
+
+            function scrollBy(distance) {
+                contentY = Math.max(originY, Math.min(contentY + distance, originY + contentHeight - height));
+            }
 
             ScrollBar.vertical: ScrollBar {
                 policy: ScrollBar.AsNeeded
+            }
+
+            Rectangle {
+                anchors.fill: parent
+                z: 1
+                color: "transparent"
+                border.width: messageList.activeFocus ? 2 : 0
+                border.color: Style.TextFieldFocusBorder
             }
 
             delegate: Rectangle {

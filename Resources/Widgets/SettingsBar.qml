@@ -11,13 +11,17 @@ Rectangle {
     property int iconSize: 20
     property string namePrefix: ""
 
+    function prefixed(name) {
+        return namePrefix === "" ? name : namePrefix + name.charAt(0).toUpperCase() + name.slice(1);
+    }
+
     color: Style.BoxBackgroundColor
 
     RowLayout {
         anchors.fill: parent
 
         StatusBarButton {
-            objectName: settingsBar.namePrefix + "helpButton"
+            objectName: settingsBar.prefixed("helpButton")
             Layout.alignment: Qt.AlignCenter
             sourceSize: settingsBar.iconSize
             imageSource: "qrc:///Resources/Images/Help.svg"
@@ -26,7 +30,7 @@ Rectangle {
         }
 
         StatusBarButton {
-            objectName: settingsBar.namePrefix + "instrumentSelectionButton"
+            objectName: settingsBar.prefixed("instrumentSelectionButton")
             Layout.alignment: Qt.AlignCenter
             sourceSize: settingsBar.iconSize
             imageSource: "qrc:///Resources/Images/Connexion.svg"

@@ -80,10 +80,7 @@ Rectangle {
             ToolTip.delay: 1000
             ToolTip.text: qsTr("Show log messages")
 
-            MouseArea {
-                anchors.fill: parent
-                cursorShape: Qt.PointingHandCursor
-                onPressed: mouse.accepted = false
+            HandCursorArea {
             }
         }
     }

@@ -9,22 +9,32 @@ import "../Utils/Style.js" as Style
 Dialog {
     id: zeroOffsetDialog
 
+    // What the dialog is centred on.
+    property var mainWindow: null
+
     function runBlocking(call) {
         busyPopup.run(() => {
-            call();
-            zeroOffsetDialog.close();
+            try {
+                call();
+            } finally {
+                zeroOffsetDialog.close();
+            }
         });
     }
 
     objectName: "zeroOffsetDialog"
     title: qsTr("Zero Offset")
     modal: true
-    parent: Overlay.overlay
+    focus: true
+    parent: mainWindow !== null ? mainWindow.contentItem : Overlay.overlay
     anchors.centerIn: parent
     width: 500
     height: 250
     closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutside
     font.family: Style.LetterFontFamily
+    // To override warnings is a decision for one calibration.
+    onAboutToShow: overrideWarnings.checked = false
+    onOpened: overrideWarnings.takeFocus()
 
     // The calls block: the detour through timers lets the pop-up paint before them.
     Timer {

@@ -23,6 +23,14 @@ QmlTestSetup::QmlTestSetup()
                        QVariant::fromValue<QObject*>(&m_recordingManager));
     m_mainViewModel.insert(QStringLiteral("ParameterMenuExpanded"), false);
     m_mainViewModel.insert(QStringLiteral("PageMenuExpanded"), false);
+    for (const char* fact : {"Manufacturer", "Model", "SerialNumber", "ElectronicsVersion", "FirmwareVersion",
+                             "ProbeVersion", "ManufacturingDate", "CalibrationDate"})
+        m_connectionPage.insert(QLatin1String(fact), QString());
+    m_connectionPage.insert(QStringLiteral("CalibrationOutOfDate"), false);
+    m_connectionPage.insert(QStringLiteral("ConnectedInstruments"), QStringList());
+    m_connectionPage.insert(QStringLiteral("InstrumentNames"), QStringList());
+    m_connectionPage.insert(QStringLiteral("ActiveInstrumentIndex"), -1);
+    m_connectionPage.insert(QStringLiteral("SelectedDefaultInstrumentIndex"), -1);
 }
 
 void QmlTestSetup::Prepare()
@@ -70,6 +78,7 @@ void QmlTestSetup::setUp(QQmlEngine* engine)
     context->setContextProperty(QStringLiteral("Utils"), &m_utils);
     context->setContextProperty(QStringLiteral("ActiveOperation"), &m_operation);
     context->setContextProperty(QStringLiteral("MainViewModel"), &m_mainViewModel);
+    context->setContextProperty(QStringLiteral("ConnectionPageViewModel"), &m_connectionPage);
     context->setContextProperty(QStringLiteral("TestSupport"), this);
 }
 

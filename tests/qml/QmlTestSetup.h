@@ -45,4 +45,5 @@ private:
     QQmlPropertyMap m_recordingManager;
     QQmlPropertyMap m_operation;
     QQmlPropertyMap m_mainViewModel;
+    QQmlPropertyMap m_connectionPage;
 };

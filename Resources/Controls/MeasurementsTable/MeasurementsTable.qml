@@ -118,6 +118,7 @@ ColumnLayout {
         TableCell {
             TableTextCell {
                 anchors.fill: parent
+                letterLabel: false
                 text: styleData.value === undefined ? "" : styleData.value
             }
         }

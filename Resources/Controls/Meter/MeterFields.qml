@@ -12,6 +12,7 @@ ColumnLayout {
 
     KXCLabel {
         Layout.leftMargin: 10
+        Layout.topMargin: 10
         text: qsTr("Last measurement of block")
     }
 
