@@ -40,6 +40,8 @@ qint64 millisecondsSinceEpoch(const CTimestampableResult& result)
 
 CRecordingManager::CRecordingManager(QObject* parent) : QObject(parent)
 {
+    // A coarse timer may be late by a twentieth of its delay.
+    m_replayTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_replayTimer, &QTimer::timeout, this, &CRecordingManager::onReplayTimerTimeout);
     connect(this, &CRecordingManager::ReplayBlockDelayMillisecondChanged, &m_replayTimer,
             [this](int interval) { m_replayTimer.setInterval(interval); });

@@ -16,6 +16,7 @@ CRecordingManagerMeasure::CRecordingManagerMeasure(const CSettings& settings, QO
     : CRecordingManager(parent), m_dataSet(settings)
 {
     using Self = CRecordingManagerMeasure;
+    m_endOfReplayTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_dataSet, &CDataset::ClearedChanged, this, &Self::OnDataSetCleared);
     connect(this, &Self::BodyCommentChanged, this, &Self::OnBodyCommentChanged);
     connect(&m_endOfReplayTimer, &QTimer::timeout, this, &Self::l_OnStopReplayTimerTimeout);

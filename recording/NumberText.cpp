@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <limits>
 
 namespace {
 
@@ -16,22 +17,16 @@ constexpr std::array<double, kMaxExactExponent + 1> kPowersOf10{
     1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
     1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-bool isDigit(QChar character)
-{
-    return character >= QLatin1Char('0') && character <= QLatin1Char('9');
-}
-
-quint64 digitValue(QChar character)
-{
-    return static_cast<quint64>(character.unicode() - u'0');
-}
-
-/// A run of digits; returns how many there are.
+/// A run of digits; returns how many there are. Too many overflow the number, without further harm.
 int readDigits(const QChar*& position, const QChar* end, quint64& number)
 {
     const QChar* const first = position;
-    for (; position != end && isDigit(*position) && position - first <= kMaxExactDigits; ++position)
-        number = number * 10 + digitValue(*position);
+    for (; position != end; ++position) {
+        const unsigned digit = static_cast<unsigned>(position->unicode()) - u'0';
+        if (digit > 9)
+            break;
+        number = number * 10 + digit;
+    }
     return static_cast<int>(position - first);
 }
 
@@ -90,11 +85,12 @@ tFlux toFluxValue(QStringView text)
 
 quint16 toCount(QStringView text)
 {
-    constexpr int kDigitsThatFit = 4;
-    if (text.isEmpty() || text.size() > kDigitsThatFit)
-        return text.toString().toUShort();
+    constexpr int kDigitsThatFit = 5;
     quint64 number = 0;
     const QChar* position = text.begin();
-    readDigits(position, text.end(), number);
-    return position == text.end() ? static_cast<quint16>(number) : text.toString().toUShort();
+    const int digits = readDigits(position, text.end(), number);
+    const bool isPlain = digits > 0 && digits <= kDigitsThatFit && position == text.end();
+    if (isPlain && number <= std::numeric_limits<quint16>::max())
+        return static_cast<quint16>(number);
+    return text.toString().toUShort();
 }
