@@ -58,6 +58,13 @@ ApplicationWindow {
         border.color: Style.WindowBorderColor
         border.width: Style.BorderWidth
 
+        // All items share one tool tip.
+        ToolTip.toolTip.font.family: Style.LetterFontFamily
+        ToolTip.toolTip.font.pointSize: Style.ToolTipTextFontSize
+        ToolTip.toolTip.palette.toolTipBase: Style.ToolTipBackgroundColor
+        ToolTip.toolTip.palette.toolTipText: Style.TextDarkColor
+        ToolTip.toolTip.palette.dark: Style.BordersColor
+
         GridLayout {
             anchors.fill: parent
             columns: 2

@@ -5,5 +5,7 @@ import QtQuick 2.15
 MouseArea {
     anchors.fill: parent
     cursorShape: Qt.PointingHandCursor
-    onPressed: mouse.accepted = false
+    onPressed: mouse => {
+        mouse.accepted = false;
+    }
 }

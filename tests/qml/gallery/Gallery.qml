@@ -31,6 +31,11 @@ Rectangle {
     implicitWidth: 1240
     implicitHeight: 860
     color: Style.BackgroundColor
+    ToolTip.toolTip.font.family: Style.LetterFontFamily
+    ToolTip.toolTip.font.pointSize: Style.ToolTipTextFontSize
+    ToolTip.toolTip.palette.toolTipBase: Style.ToolTipBackgroundColor
+    ToolTip.toolTip.palette.toolTipText: Style.TextDarkColor
+    ToolTip.toolTip.palette.dark: Style.BordersColor
 
     RowLayout {
         anchors.fill: parent
