@@ -65,7 +65,7 @@ public slots:
 
 signals:
     void AveragingCountChanged(uint value);
-    void AveragingModeChanged(AveragingModes value);
+    void AveragingModeChanged(CChart2DMeterData::AveragingModes value);
     void AveragingModeIndexChanged(int value);
 
 private:

@@ -7,7 +7,8 @@ mapfile -t cpp < <(git ls-files '*.cpp' '*.h')
 echo "== clang-format (${#cpp[@]} files)"
 clang-format --dry-run --Werror "${cpp[@]}"
 
-qmllint=$(command -v /usr/lib/qt5/bin/qmllint qmllint | head -1)
+qmllint=/usr/lib/qt5/bin/qmllint
+[ -x "$qmllint" ] || qmllint=qmllint
 mapfile -t qml < <(git ls-files '*.qml')
 if [ ${#qml[@]} -gt 0 ]; then
     echo "== qmllint (${#qml[@]} files)"
@@ -25,11 +26,11 @@ echo "== clang-tidy and clazy (${#sources[@]} files)"
 layers='.*/(domain|plugin-api|operations|recording|analysis|instruments|charts|viewmodels|shell|plugins)/.*'
 check() {
     local output
-    clang-tidy -p build/dev --quiet "$1" 2>/dev/null || exit 255
+    clang-tidy -p build/dev --quiet "$1" 2>/dev/null || return 1
     output=$(clazy-standalone -p build/dev -checks=level1 -header-filter="$layers" "$1" 2>&1) || true
     if grep -qE 'warning: |error: ' <<<"$output"; then
         echo "$output"
-        exit 255
+        return 1
     fi
 }
 export layers

@@ -64,7 +64,7 @@ class CSettings : public QObject
     Q_PROPERTY(QStringList XAxisTypeNames READ XAxisTypeNames CONSTANT)
 
 public:
-    enum t_Mapping2DPlotHorizontalAxisType {
+    enum t_Mapping2DPlotHorizontalAxisType : int {
         e_HorizAxisIsTime = 0,
         e_HorizAxisIsXPosition = 1,
         e_HorizAxisIsYPosition = 2,
@@ -198,7 +198,7 @@ signals:
     void Mapping3DCameraPresetChanged(QtDataVisualization::Q3DCamera::CameraPreset value);
     void Mapping3DZoomLevelChanged(double value);
     void Mapping3DOrthoProjectionChanged(bool value);
-    void Mapping2DPlotHorizontalAxisTypeChanged(t_Mapping2DPlotHorizontalAxisType value);
+    void Mapping2DPlotHorizontalAxisTypeChanged(CSettings::t_Mapping2DPlotHorizontalAxisType value);
 
 private:
     QString filePath() const;

@@ -6,6 +6,16 @@
 #include <QFileDialog>
 #include <QLineEdit>
 
+namespace {
+
+/// Not from within the timer: it would not fire for a dialog that the answer opens.
+void later(QObject* object, const char* slot)
+{
+    QMetaObject::invokeMethod(object, slot, Qt::QueuedConnection);
+}
+
+} // namespace
+
 DialogAnswers::DialogAnswers(QObject* parent) : QObject(parent)
 {
     connect(&m_timer, &QTimer::timeout, this, &DialogAnswers::answer);
@@ -31,21 +41,21 @@ void DialogAnswers::answer()
         if (m_expected.isEmpty() || m_expected.head().isFileDialog || m_expected.head().text != box->text()) {
             m_problems << QStringLiteral("unexpected message: ") + box->text() + QLatin1Char('|') +
                               box->informativeText();
-            box->reject();
+            later(box, "reject");
             return;
         }
-        box->button(m_expected.dequeue().button)->click();
+        later(box->button(m_expected.dequeue().button), "click");
         return;
     }
     auto* dialog = qobject_cast<QFileDialog*>(modal);
     if (!dialog || m_expected.isEmpty() || !m_expected.head().isFileDialog ||
         m_expected.head().text != dialog->windowTitle()) {
         m_problems << QStringLiteral("unexpected dialog: ") + modal->windowTitle();
-        QMetaObject::invokeMethod(modal, "reject");
+        later(modal, "reject");
         return;
     }
     auto* edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     m_lastProposal = edit->text();
     edit->setText(m_expected.dequeue().path);
-    QMetaObject::invokeMethod(dialog, "accept");
+    later(dialog, "accept");
 }

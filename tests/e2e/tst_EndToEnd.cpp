@@ -92,8 +92,12 @@ private:
 private slots:
     void init()
     {
-        // What an earlier run of the test left in the per-user directories.
+        // What an earlier run of the test left in its directories.
         QDir(SettingsDirectoryPath).removeRecursively();
+        const QStringList leftovers =
+            QDir::current().entryList({QStringLiteral("*.xml"), QStringLiteral("*.csv")}, QDir::Files);
+        for (const QString& file : leftovers)
+            QFile::remove(file);
         m_scenario = std::make_unique<Scenario>();
     }
 
@@ -452,6 +456,10 @@ private slots:
 
         // An independent reader compares every sample with the observatory's file.
         QProcess python;
+        // What is preloaded for this process is not meant for another program.
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("LD_PRELOAD"));
+        python.setProcessEnvironment(environment);
         python.start(QStringLiteral("/usr/bin/python3"),
                      {QStringLiteral(KESTRIX_E2E_SOURCE_DIR "/compare_observatory_day.py"), path,
                       data.filePath(QStringLiteral("wic20220810vsec.sec"))});
