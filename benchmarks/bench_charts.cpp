@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Times the time plot's model at the length of a full history, beside a plain loop that reads the same fields
 // once.
+#include "BlockSource.h"
 #include "CChart2DMeterData.h"
-#include "CFieldIntensityResult.h"
 #include "CInstrumentSupervisor.h"
-#include "CMeasureBlock.h"
 #include "COperationMeasure.h"
 #include "CPluginsManager.h"
 #include "CSettings.h"
@@ -15,45 +14,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
-#include <random>
 #include <vector>
 
 namespace {
 
 constexpr int kFullHistory = 120000;
-constexpr int kBlockSize = 100;
-constexpr qint64 kEpochMs = 1600000000000;
-constexpr int kRateHz = 10000;
-
-/// Noise on a slow wave, at 10 kHz.
-class BlockSource
-{
-public:
-    QSharedPointer<CMeasureBlock> next()
-    {
-        auto block = QSharedPointer<CMeasureBlock>::create();
-        for (int i = 0; i < kBlockSize; ++i, ++m_sample) {
-            auto result = QSharedPointer<CFieldIntensityResult>::create();
-            const qint64 ns = m_sample * (1000000000 / kRateHz);
-            result->Timestamp = QDateTime::fromMSecsSinceEpoch(kEpochMs + ns / 1000000);
-            result->TimestampNanoseconds = static_cast<quint32>(ns % 1000000000);
-            const auto wave = static_cast<float>(std::sin(static_cast<double>(m_sample) * 1e-4));
-            result->SetBx(wave + m_noise(m_engine));
-            result->SetBy(m_noise(m_engine));
-            result->SetBz(40.0F + m_noise(m_engine));
-            result->SetB(48.0F + m_noise(m_engine));
-            result->SetBBprime(47.0F + m_noise(m_engine));
-            result->SetDB(0.1F);
-            block->Results.append(result);
-        }
-        return block;
-    }
-
-private:
-    std::mt19937 m_engine{1};
-    std::normal_distribution<float> m_noise{0.0F, 0.05F};
-    qint64 m_sample = 0;
-};
 
 /// Median of `repeats` runs, in microseconds.
 double medianUs(int repeats, const std::function<void()>& run)
@@ -110,7 +75,7 @@ int main(int argc, char** argv)
     CPluginsManager pluginsManager(settings);
     CInstrumentSupervisor supervisor(&settings);
     COperationMeasure operation(&settings, &pluginsManager, &supervisor);
-    operation.OperationParameters()->MeasurementParameters()->SetAcquisitionRate(kRateHz);
+    operation.OperationParameters()->MeasurementParameters()->SetAcquisitionRate(BlockSource::kRateHz);
     CChart2DMeterData chart(&operation, &settings);
 
     BlockSource source;
@@ -141,7 +106,7 @@ int main(int argc, char** argv)
 
     std::deque<QSharedPointer<CMeasureBlock>> dataset;
     std::deque<QSharedPointer<CFieldIntensityResult>> results;
-    for (int i = 0; i < kFullHistory / kBlockSize; ++i) {
+    for (int i = 0; i < kFullHistory / BlockSource::kBlockSize; ++i) {
         dataset.push_back(source.next());
         for (const auto& result : dataset.back()->Results)
             results.push_back(result);
