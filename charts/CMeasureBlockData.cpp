@@ -34,7 +34,8 @@ CMeasureBlockData::CMeasureBlockData(CDataSetMeasurement* dataSet, CRecordingMan
     : QAbstractTableModel(parent), m_measurementDataSet(dataSet), m_recordingManager(recordingManager),
       m_isMapping(false)
 {
-    const auto& blocks = *m_measurementDataSet->MeasureBlocks();
+    Q_ASSERT(dataSet);
+    const auto& blocks = *dataSet->MeasureBlocks();
     if (blocks.empty())
         return;
     const int replayIndex = m_recordingManager->ReplayIndex();
@@ -190,6 +191,7 @@ void CMeasureBlockData::AddMappingBlock(const QSharedPointer<CMeasureBlockMappin
 
 void CMeasureBlockData::dropRowsOfLostBlocks()
 {
+    Q_ASSERT(m_mappingDataSet);
     // The dataset holds the new block already, while its row is still to come.
     const auto surplus = 1 - (static_cast<int>(m_mappingDataSet->MeasureBlocks()->size()) - m_rowCount);
     const int count = std::min(m_rowCount, surplus);
