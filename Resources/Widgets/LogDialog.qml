@@ -147,6 +147,7 @@ Dialog {
             Accessible.role: Accessible.List
             Accessible.name: qsTr("Log messages")
             // The keys scroll: there is nothing to choose in the list.
+            currentIndex: -1
             keyNavigationEnabled: false
             Keys.onUpPressed: scrollBy(-20)
             Keys.onDownPressed: scrollBy(20)
@@ -173,6 +174,8 @@ Dialog {
             }
 
             Rectangle {
+                // Beside the content, which scrolls.
+                parent: messageList
                 anchors.fill: parent
                 z: 1
                 color: "transparent"
