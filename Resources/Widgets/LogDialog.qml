@@ -121,6 +121,8 @@ Dialog {
                 id: levelBox
 
                 objectName: "logLevelBox"
+                // The search field has the width that is left.
+                Layout.fillWidth: false
                 text: qsTr("Min log level")
                 model: [qsTr("Debug"), qsTr("Info"), qsTr("Warning"), qsTr("Critical"), qsTr("Fatal")]
                 currentIndex: MainViewModel.LogMessageProxy.MinLevel

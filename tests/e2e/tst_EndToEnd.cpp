@@ -403,6 +403,7 @@ private slots:
         QVERIFY(driver().WaitFor(QStringLiteral("logMessageList")));
         QQuickItem* list = driver().Find(QStringLiteral("logMessageList"));
         QTRY_VERIFY(list->property("count").toInt() > 3);
+        QVERIFY(driver().Find(QStringLiteral("logSearchField"))->width() > 300);
         QVERIFY(driver().Click(QStringLiteral("logSearchField")));
         for (const char character : "oxygen mono")
             if (character != '\0')
