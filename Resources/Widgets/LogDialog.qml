@@ -121,6 +121,8 @@ Dialog {
                 id: levelBox
 
                 objectName: "logLevelBox"
+                // The search field has the width that is left.
+                Layout.fillWidth: false
                 text: qsTr("Min log level")
                 model: [qsTr("Debug"), qsTr("Info"), qsTr("Warning"), qsTr("Critical"), qsTr("Fatal")]
                 currentIndex: MainViewModel.LogMessageProxy.MinLevel
@@ -147,6 +149,7 @@ Dialog {
             Accessible.role: Accessible.List
             Accessible.name: qsTr("Log messages")
             // The keys scroll: there is nothing to choose in the list.
+            currentIndex: -1
             keyNavigationEnabled: false
             Keys.onUpPressed: scrollBy(-20)
             Keys.onDownPressed: scrollBy(20)
@@ -173,6 +176,8 @@ Dialog {
             }
 
             Rectangle {
+                // Beside the content, which scrolls.
+                parent: messageList
                 anchors.fill: parent
                 z: 1
                 color: "transparent"

@@ -26,6 +26,24 @@ QQuickItem* WindowDriver::find(QQuickItem* parent, const QString& objectName) co
     return nullptr;
 }
 
+QObject* WindowDriver::FindPopup(const QString& objectName) const
+{
+    return findPopup(m_window->contentItem(), objectName);
+}
+
+QObject* WindowDriver::findPopup(QQuickItem* parent, const QString& objectName) const
+{
+    // A pop-up is no item, but the child object of one.
+    if (auto* popup = parent->findChild<QObject*>(objectName))
+        return popup;
+    const QList<QQuickItem*> items = parent->childItems();
+    for (QQuickItem* item : items) {
+        if (QObject* popup = item->isVisible() ? findPopup(item, objectName) : nullptr)
+            return popup;
+    }
+    return nullptr;
+}
+
 QString WindowDriver::Text(const QString& objectName, const QString& part) const
 {
     QQuickItem* item = Find(objectName);
@@ -34,7 +52,7 @@ QString WindowDriver::Text(const QString& objectName, const QString& part) const
     return item ? item->property("text").toString() : QString();
 }
 
-QPoint WindowDriver::middle(QQuickItem* item) const
+QPoint WindowDriver::Middle(QQuickItem* item)
 {
     return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
 }
@@ -59,7 +77,7 @@ bool WindowDriver::Click(const QString& objectName) const
             item = Find(objectName);
             if (!item)
                 return false;
-            const QPoint now = middle(item);
+            const QPoint now = Middle(item);
             const bool same = now == last;
             last = now;
             return same;
@@ -69,4 +87,31 @@ bool WindowDriver::Click(const QString& objectName) const
         return false;
     QTest::mouseClick(m_window, Qt::LeftButton, {}, last);
     return true;
+}
+
+bool WindowDriver::TabTo(const QString& objectName) const
+{
+    for (int i = 0; i < 60; ++i) {
+        QQuickItem* item = Find(objectName);
+        if (item && item->hasActiveFocus())
+            return true;
+        Key(Qt::Key_Tab);
+    }
+    return false;
+}
+
+QSet<QString> WindowDriver::TabAround() const
+{
+    QSet<QString> names;
+    for (int i = 0; i < 30; ++i) {
+        Key(Qt::Key_Tab);
+        const QQuickItem* item = m_window->activeFocusItem();
+        names << (item ? item->objectName() : QString());
+    }
+    return names;
+}
+
+void WindowDriver::Key(int key) const
+{
+    QTest::keyClick(m_window, static_cast<Qt::Key>(key));
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CApplication.h"
+#include "CInstrument.h"
 #include "CInstrumentSupervisor.h"
 #include "InitResources.h"
 #include "Scenario.h"
@@ -8,9 +9,12 @@
 #include <QApplication>
 #include <QDir>
 #include <QProcess>
+#include <QQmlApplicationEngine>
+#include <QQmlContext>
+#include <QQmlExpression>
 #include <QQuickItem>
-#include <QQuickStyle>
 #include <QQuickWindow>
+#include <QSignalSpy>
 #include <QSurfaceFormat>
 #include <QTest>
 #include <QThread>
@@ -55,6 +59,21 @@ private:
         QVERIFY(driver().WaitFor(QStringLiteral("connectButton0")));
         QVERIFY(driver().Click(QStringLiteral("connectButton0")));
         QVERIFY(driver().WaitFor(QStringLiteral("disconnectButton0")));
+    }
+
+    CInstrumentSupervisor* supervisor()
+    {
+        return m_scenario->Application()
+            ->QmlEngine()
+            ->rootContext()
+            ->contextProperty(QStringLiteral("InstrumentSupervisor"))
+            .value<CInstrumentSupervisor*>();
+    }
+
+    void openZeroOffset()
+    {
+        QVERIFY(driver().Click(QStringLiteral("zeroOffsetButton")));
+        QVERIFY(driver().WaitFor(QStringLiteral("zeroOffsetStartButton")));
     }
 
     void openMeter()
@@ -263,12 +282,57 @@ private slots:
 
     void zeroOffset()
     {
-        Scenario::WriteSimulationSettings(QStringLiteral("[Calibration]\nDurationMs=50\n"));
+        Scenario::WriteSimulationSettings(
+            QStringLiteral("[Calibration]\nDurationMs=50\nChamberFieldX=5\n"));
         startWithDefaultInstrument();
-        QVERIFY(driver().Click(QStringLiteral("zeroOffsetButton")));
-        QVERIFY(driver().WaitFor(QStringLiteral("zeroOffsetStartButton")));
-        QVERIFY(driver().Click(QStringLiteral("zeroOffsetStartButton")));
-        QTRY_VERIFY(!driver().IsVisible(QStringLiteral("zeroOffsetStartButton")));
+        QStringList reports;
+        connect(supervisor()->AvailableInstruments().constFirst().data(), &CInstrument::StatusStringChanged,
+                this, [&reports](const QString& text) { reports << text; });
+        const QString refused =
+            QStringLiteral("Zero offset not calibrated: the probe is not in a zero-field chamber");
+        const QString start = QStringLiteral("zeroOffsetStartButton");
+        const QString overrideBox = QStringLiteral("overrideWarningsBoxBox");
+        QObject* busyPopup = driver().FindPopup(QStringLiteral("busyPopup"));
+        QVERIFY(busyPopup);
+        QSignalSpy busy(busyPopup, SIGNAL(visibleChanged()));
+
+        openZeroOffset();
+        QVERIFY(driver().Click(start));
+        QTRY_VERIFY(!driver().IsVisible(start));
+        QCOMPARE(reports, QStringList{refused});
+        QCOMPARE(busy.count(), 2);
+        QVERIFY(!busyPopup->property("visible").toBool());
+
+        openZeroOffset();
+        QVERIFY(driver().Click(overrideBox));
+        QVERIFY(driver().Find(overrideBox)->property("checked").toBool());
+        QVERIFY(driver().Click(start));
+        QTRY_VERIFY(!driver().IsVisible(start));
+        const QString calibrated = QStringLiteral("Zero offset calibrated");
+        QCOMPARE(reports, (QStringList{refused, calibrated}));
+        QCOMPARE(driver().Text(QStringLiteral("statusStatus"), QStringLiteral("value")), calibrated);
+
+        // The override held for one calibration, and Cancel does nothing.
+        openZeroOffset();
+        QVERIFY(!driver().Find(overrideBox)->property("checked").toBool());
+        QVERIFY(driver().Click(QStringLiteral("zeroOffsetCancelButton")));
+        QTRY_VERIFY(!driver().IsVisible(start));
+        QCOMPARE(busy.count(), 4);
+
+        openZeroOffset();
+        const QPoint startPoint = WindowDriver::Middle(driver().Find(start));
+        QTest::mousePress(driver().Window(), Qt::LeftButton, {}, startPoint);
+        QTRY_VERIFY(!driver().IsVisible(start));
+        QTest::mouseRelease(driver().Window(), Qt::LeftButton, {}, startPoint);
+        const QString restored = QStringLiteral("Factory zero offset restored");
+        QCOMPARE(reports, (QStringList{refused, calibrated, restored}));
+        // Had the release started a calibration, it would have ended by the time the dialog is opened and
+        // shut.
+        openZeroOffset();
+        QVERIFY(driver().Click(QStringLiteral("zeroOffsetCancelButton")));
+        QTRY_VERIFY(!driver().IsVisible(start));
+        QCOMPARE(reports, (QStringList{refused, calibrated, restored}));
+        QCOMPARE(busy.count(), 6);
         QVERIFY(m_scenario->CloseWindow());
     }
 
@@ -276,9 +340,16 @@ private slots:
     {
         Scenario::WriteSimulationSettings(QStringLiteral("[Misbehaviour]\nConnect=fail\n"));
         m_scenario->Start(Scenario::Shipped);
+        QVERIFY(driver().WaitFor(QStringLiteral("connectButton0")));
+        const QSharedPointer<CInstrument> instrument = supervisor()->AvailableInstruments().constFirst();
+        QVERIFY(instrument->StatusString() != QStringLiteral("Connection failed"));
+        QObject* busyPopup = driver().FindPopup(QStringLiteral("busyPopup"));
+        QVERIFY(busyPopup);
+        QSignalSpy busy(busyPopup, SIGNAL(visibleChanged()));
         QVERIFY(driver().Click(QStringLiteral("connectButton0")));
-        QTRY_VERIFY(!driver().IsVisible(QStringLiteral("busyPopup")));
-        QTest::qWait(200);
+        QTRY_COMPARE(busy.count(), 2);
+        QVERIFY(!busyPopup->property("visible").toBool());
+        QCOMPARE(instrument->StatusString(), QStringLiteral("Connection failed"));
         QVERIFY(driver().IsVisible(QStringLiteral("connectButton0")));
         QCOMPARE(driver().Text(QStringLiteral("statusModel"), QStringLiteral("value")), QStringLiteral("--"));
         QVERIFY(m_scenario->CloseWindow());
@@ -331,6 +402,7 @@ private slots:
         QVERIFY(driver().WaitFor(QStringLiteral("logMessageList")));
         QQuickItem* list = driver().Find(QStringLiteral("logMessageList"));
         QTRY_VERIFY(list->property("count").toInt() > 3);
+        QVERIFY(driver().Find(QStringLiteral("logSearchField"))->width() > 300);
         QVERIFY(driver().Click(QStringLiteral("logSearchField")));
         for (const char character : "oxygen mono")
             if (character != '\0')
@@ -341,37 +413,80 @@ private slots:
         QVERIFY(m_scenario->CloseWindow());
     }
 
+    void toolTipColour()
+    {
+        m_scenario->Start(Scenario::Shipped);
+        QVERIFY(driver().WaitFor(QStringLiteral("openLogButton")));
+        QQuickItem* button = driver().Find(QStringLiteral("openLogButton"));
+        const auto ofToolTip = [button](const QString& expression) {
+            return QQmlExpression(qmlContext(button), button, QStringLiteral("ToolTip.toolTip.") + expression)
+                .evaluate();
+        };
+        QTest::mouseMove(driver().Window(), QPoint(300, 300));
+        QTest::mouseMove(driver().Window(), WindowDriver::Middle(button));
+        QTRY_VERIFY(ofToolTip(QStringLiteral("opened")).toBool());
+        const QPointF corner = ofToolTip(QStringLiteral("background.mapToItem(null, 3, 3)")).toPointF();
+        const QImage image = driver().Window()->grabWindow();
+        QCOMPARE(image.pixelColor((corner * image.devicePixelRatio()).toPoint()),
+                 QColor(QStringLiteral("#ffffe0")));
+        QVERIFY(m_scenario->CloseWindow());
+    }
+
     void keyboardAlone()
     {
         m_scenario->Start(Scenario::Shipped);
         QVERIFY(driver().WaitFor(QStringLiteral("connectButton0")));
-        const auto tabTo = [this](const QString& objectName) {
-            for (int i = 0; i < 40; ++i) {
-                QQuickItem* item = driver().Find(objectName);
-                if (item && item->hasActiveFocus())
-                    return true;
-                QTest::keyClick(driver().Window(), Qt::Key_Tab);
-            }
-            return false;
-        };
         QVERIFY(QTest::qWaitForWindowActive(driver().Window()));
-        QVERIFY(tabTo(QStringLiteral("connectButton0")));
-        QTest::keyClick(driver().Window(), Qt::Key_Space);
+        QVERIFY(driver().TabTo(QStringLiteral("connectButton0")));
+        driver().Key(Qt::Key_Space);
         QVERIFY(driver().WaitFor(QStringLiteral("disconnectButton0")));
-        QVERIFY(tabTo(QStringLiteral("meterMenuButton")));
-        QTest::keyClick(driver().Window(), Qt::Key_Space);
+        QVERIFY(driver().TabTo(QStringLiteral("meterMenuButton")));
+        driver().Key(Qt::Key_Space);
         QVERIFY(driver().WaitFor(QStringLiteral("resumeButton")));
-        QVERIFY(tabTo(QStringLiteral("resumeButton")));
-        QTest::keyClick(driver().Window(), Qt::Key_Space);
+        QVERIFY(driver().TabTo(QStringLiteral("resumeButton")));
+        driver().Key(Qt::Key_Space);
         QTRY_VERIFY(blocks() >= 2);
-        QVERIFY(tabTo(QStringLiteral("holdButton")));
-        QTest::keyClick(driver().Window(), Qt::Key_Space);
+        QVERIFY(driver().TabTo(QStringLiteral("holdButton")));
+        driver().Key(Qt::Key_Space);
         QVERIFY(driver().WaitFor(QStringLiteral("resumeButton")));
+
+        // The dialogs keep the keyboard to themselves, and Escape closes them.
+        QVERIFY(driver().TabTo(QStringLiteral("zeroOffsetButton")));
+        driver().Key(Qt::Key_Space);
+        QVERIFY(driver().WaitFor(QStringLiteral("overrideWarningsBoxBox")));
+        QTRY_VERIFY(driver().Find(QStringLiteral("overrideWarningsBoxBox"))->hasActiveFocus());
+        QCOMPARE(driver().TabAround(), (QSet<QString>{QStringLiteral("overrideWarningsBoxBox"),
+                                                      QStringLiteral("zeroOffsetCancelButton"),
+                                                      QStringLiteral("zeroOffsetStartButton")}));
+        driver().Key(Qt::Key_Escape);
+        QTRY_VERIFY(!driver().IsVisible(QStringLiteral("zeroOffsetStartButton")));
+
+        QVERIFY(driver().TabTo(QStringLiteral("openLogButton")));
+        driver().Key(Qt::Key_Space);
+        QVERIFY(driver().WaitFor(QStringLiteral("logSearchField")));
+        QTRY_VERIFY(driver().Find(QStringLiteral("logSearchField"))->hasActiveFocus());
+        QCOMPARE(driver().TabAround(),
+                 (QSet<QString>{QStringLiteral("logSearchField"), QStringLiteral("logLevelBoxBox"),
+                                QStringLiteral("logMessageList"), QStringLiteral("logCloseButton")}));
+        QVERIFY(driver().TabTo(QStringLiteral("logMessageList")));
+        QQuickItem* list = driver().Find(QStringLiteral("logMessageList"));
+        driver().Key(Qt::Key_Home);
+        QVERIFY(list->property("atYBeginning").toBool());
+        if (list->property("contentHeight").toReal() > list->height()) {
+            driver().Key(Qt::Key_Down);
+            QVERIFY(!list->property("atYBeginning").toBool());
+        }
+        driver().Key(Qt::Key_Escape);
+        QTRY_VERIFY(!driver().IsVisible(QStringLiteral("logMessageList")));
         QVERIFY(m_scenario->CloseWindow());
     }
 
     void smallLayout()
     {
+        const auto drawerWidth = [this] {
+            QObject* drawer = driver().FindPopup(QStringLiteral("menuDrawer"));
+            return drawer ? drawer->property("width").toReal() : -1;
+        };
         startWithDefaultInstrument();
         driver().Window()->resize(954, 698);
         QVERIFY(driver().WaitFor(QStringLiteral("smallMenuToggle")));
@@ -382,6 +497,13 @@ private slots:
         QVERIFY(driver().WaitFor(QStringLiteral("smallMenuToggle")));
         QVERIFY(driver().Click(QStringLiteral("smallMenuToggle")));
         QTRY_VERIFY(m_scenario->Application()->MainViewModel()->PageMenuExpanded());
+        QTRY_COMPARE(drawerWidth(), 180.0);
+        // A press on the page folds the menu again.
+        QTest::mouseClick(driver().Window(), Qt::LeftButton, {}, QPoint(600, 600));
+        QTRY_VERIFY(!m_scenario->Application()->MainViewModel()->PageMenuExpanded());
+        QTRY_COMPARE(drawerWidth(), 60.0);
+        QVERIFY(driver().IsVisible(QStringLiteral("smallHelpButton")));
+        QVERIFY(driver().IsVisible(QStringLiteral("smallInstrumentSelectionButton")));
         QVERIFY(m_scenario->CloseWindow());
     }
 
