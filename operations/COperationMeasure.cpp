@@ -138,6 +138,9 @@ double COperationMeasure::getExposure(int index) const
 
 void COperationMeasure::OnNewMeasure(QSharedPointer<CMeasureBlock> pMeasureBlock)
 {
+    // Instruments are plug-ins: nothing keeps one from sending no block.
+    if (!pMeasureBlock)
+        return;
     m_recordingManager.AddMeasureBlock(pMeasureBlock);
     emit NewMeasure(pMeasureBlock);
 }

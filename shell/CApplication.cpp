@@ -116,6 +116,11 @@ void CApplication::CreateTrayIcon()
 {
     m_quitAction = new QAction(tr("&Quit"), this);
     connect(m_quitAction, &QAction::triggered, qApp, &QCoreApplication::quit);
+    // During the start that ends no more than the loop in which the start waits.
+    connect(m_quitAction, &QAction::triggered, this, [this] {
+        if (!m_isInitialized)
+            m_quitIsDue = true;
+    });
     m_trayMenu = std::make_unique<QMenu>();
     m_trayMenu->addAction(m_quitAction);
     m_trayIcon = new QSystemTrayIcon(this);
@@ -142,6 +147,9 @@ void CApplication::Initialize()
     else
         m_mainViewModel.displayInstrumentSelectionPage();
     m_engine.load(QUrl(QStringLiteral("qrc:/Resources/MainWindow.qml")));
+    m_isInitialized = true;
+    if (m_quitIsDue)
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
 void CApplication::StartInstrumentPlugins()

@@ -39,7 +39,8 @@ public:
     QQmlApplicationEngine* QmlEngine() { return &m_engine; }
 
     /// Second stage of the start, called once: from the message handler to the first page and its window.
-    /// Waits up to two seconds for the first list of instruments.
+    /// Waits up to two seconds for the first list of instruments. "&Quit" of the tray icon during the start
+    /// ends the application as soon as its event loop runs.
     void Initialize();
 
 public slots:
@@ -83,6 +84,8 @@ private:
     QSystemTrayIcon* m_trayIcon = nullptr; ///< child
     CLogger m_logger;
 
+    bool m_isInitialized = false;
+    bool m_quitIsDue = false; ///< asked for before the application's event loop runs
     bool m_isListing = false;
     QVector<ListEntry> m_waitingEntries; ///< logged by a listener while an entry is being listed
 };

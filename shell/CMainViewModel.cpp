@@ -128,10 +128,16 @@ void CMainViewModel::EndPageChange(const QString& loaderSource)
 {
     storeAndEmitOnChange(this, m_loaderSource, loaderSource, &CMainViewModel::LoaderSourceChanged);
     SetLoaderSourceChanging(false);
-    if (m_selectionPageIsDue) {
-        m_selectionPageIsDue = false;
-        displayInstrumentSelectionPage();
-    }
+    DisplayDueSelectionPage();
+}
+
+void CMainViewModel::DisplayDueSelectionPage()
+{
+    // The next command of the page can be running already; its end brings us here again.
+    if (!m_selectionPageIsDue || (m_page && m_page->IsInCommand()))
+        return;
+    m_selectionPageIsDue = false;
+    displayInstrumentSelectionPage();
 }
 
 void CMainViewModel::displayHelp()
@@ -167,6 +173,14 @@ void CMainViewModel::OnHasActiveInstrumentChanged()
         if (m_currentInstrument)
             disconnect(m_currentInstrument, &CInstrument::StatusStringChanged, this,
                        &CMainViewModel::OnInstrumentStatusChanged);
+        if (m_page && m_page->IsInCommand()) {
+            // A page change now would delete the view model, and the control that called it, under the
+            // command. Queued, since the control's handler runs on when the command returns.
+            m_selectionPageIsDue = true;
+            connect(m_page, &CPageViewModel::CommandEnded, this, &CMainViewModel::DisplayDueSelectionPage,
+                    static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection));
+            return;
+        }
         displayInstrumentSelectionPage();
         return;
     }

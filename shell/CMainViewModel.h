@@ -24,6 +24,8 @@ class QQmlContext;
 ///
 /// A page change runs to its end in one call, with LoaderSourceChanging true meanwhile: no binding of the old
 /// page sees the new view model. Unsaved work is asked about first, and a cancelled question changes nothing.
+/// When the instrument vanishes while a command of the page runs, the page changes once the command has
+/// returned.
 class CMainViewModel : public QObject
 {
     Q_OBJECT
@@ -119,6 +121,7 @@ private:
     bool LeavingUnsavedParametersAllowed() const;
     bool HasPage(const char* name) const;
     void DiscardPage();
+    void DisplayDueSelectionPage();
     void EndPageChange(const QString& loaderSource);
     void SetLoaderSourceChanging(bool value);
     void SetInstrumentTexts(const QString& model, const QString& serialNumber, const QString& status);

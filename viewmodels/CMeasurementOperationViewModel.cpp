@@ -106,6 +106,7 @@ void CMeasurementOperationViewModel::OnMeasureParametersUncertaintyUnitChanged(C
 
 void CMeasurementOperationViewModel::resume()
 {
+    const CommandScope command(*this);
     if (recordingManager()->IsPlayingBack()) {
         recordingManager()->StartReplay();
         return;
@@ -130,6 +131,7 @@ void CMeasurementOperationViewModel::beginSession()
 
 void CMeasurementOperationViewModel::hold()
 {
+    const CommandScope command(*this);
     recordingManager()->SetIsHolding(true);
     if (recordingManager()->IsPlayingBack())
         recordingManager()->PauseReplay();
@@ -149,6 +151,7 @@ void CMeasurementOperationViewModel::record()
 
 void CMeasurementOperationViewModel::stop()
 {
+    const CommandScope command(*this);
     if (recordingManager()->IsPlayingBack())
         recordingManager()->StopReplay();
     if (recordingManager()->IsRecording())
@@ -168,6 +171,7 @@ void CMeasurementOperationViewModel::endRecord()
 
 void CMeasurementOperationViewModel::end()
 {
+    const CommandScope command(*this);
     if (!askToQuitOperation())
         return;
     m_operation->StopSession();
@@ -193,6 +197,7 @@ void CMeasurementOperationViewModel::playback()
 
 void CMeasurementOperationViewModel::load()
 {
+    const CommandScope command(*this);
     if (recordingManager()->HasUnsavedData() && !askToQuitOperation())
         return;
     if (m_operation->SessionInProgress()) {
@@ -244,6 +249,7 @@ void CMeasurementOperationViewModel::openReplayRange()
 
 void CMeasurementOperationViewModel::save()
 {
+    const CommandScope command(*this);
     QString model;
     QString serialNumber;
     if (const QSharedPointer<CInstrument> instrument = m_operation->ActiveInstrument()) {
@@ -258,6 +264,7 @@ void CMeasurementOperationViewModel::save()
 
 void CMeasurementOperationViewModel::saveParameters()
 {
+    const CommandScope command(*this);
     const QString fileName = QStringLiteral("MeasurementParameters-") +
                              now(QStringLiteral("yyyy.MM.dd-HH.mm.ss")) + QStringLiteral(".xml");
     m_operation->SaveParameters(QFileDialog::getSaveFileName(nullptr, tr("Save parameters to file"),
@@ -266,6 +273,7 @@ void CMeasurementOperationViewModel::saveParameters()
 
 void CMeasurementOperationViewModel::loadParameters()
 {
+    const CommandScope command(*this);
     const QString path = QFileDialog::getOpenFileName(nullptr, tr("Open parameters to file"),
                                                       m_settings->DefaultStoragePath(), tr("XML (*.xml)"));
     if (!path.isEmpty())
@@ -279,6 +287,7 @@ QString CMeasurementOperationViewModel::inDefaultStorage(const QString& fileName
 
 void CMeasurementOperationViewModel::zeroOffset(bool forceCalibration)
 {
+    const CommandScope command(*this);
     if (const QSharedPointer<CInstrument> instrument = m_operation->ActiveInstrument())
         instrument->CalibrateZeroOffset(forceCalibration);
 }
@@ -290,6 +299,7 @@ void CMeasurementOperationViewModel::zeroOffset()
 
 void CMeasurementOperationViewModel::restoreZeroOffsetToFactory()
 {
+    const CommandScope command(*this);
     if (const QSharedPointer<CInstrument> instrument = m_operation->ActiveInstrument())
         instrument->RestoreZeroOffsetToFactory();
 }

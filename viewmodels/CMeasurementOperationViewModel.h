@@ -11,7 +11,8 @@ class CRecordingManagerMeasure;
 class CSettings;
 
 /// The commands of the action bar, common to the pages of the measure operation. Which command can be given
-/// is decided by the action bar; a command itself checks no more than what it needs.
+/// is decided by the action bar; a command itself checks no more than what it needs. Commands that ask the
+/// user or call the instrument keep the page on screen until they return.
 ///
 /// Operation and settings must outlive the view model.
 class CMeasurementOperationViewModel : public COperationViewModel

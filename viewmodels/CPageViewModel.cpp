@@ -14,3 +14,14 @@ void CPageViewModel::SetHasUnsavedParameter(bool hasUnsavedParameter)
     storeAndEmitOnChange(this, m_hasUnsavedParameter, hasUnsavedParameter,
                          &CPageViewModel::HasUnsavedParameterChanged);
 }
+
+CPageViewModel::CommandScope::CommandScope(CPageViewModel& page) : m_page(page)
+{
+    ++m_page.m_commandsInProgress;
+}
+
+CPageViewModel::CommandScope::~CommandScope()
+{
+    if (--m_page.m_commandsInProgress == 0)
+        emit m_page.CommandEnded();
+}

@@ -27,10 +27,30 @@ public:
     bool HasUnsavedParameter() const { return m_hasUnsavedParameter; } ///< changes were made and not saved
     void SetHasUnsavedParameter(bool hasUnsavedParameter);
 
+    /// A command of the page is running. It may be waiting for the user or for the instrument in an event
+    /// loop of its own: a page that is left meanwhile would be deleted under it.
+    bool IsInCommand() const { return m_commandsInProgress > 0; }
+
 signals:
     void HasUnsavedParameterChanged(bool hasUnsavedParameter);
+    /// The outermost command is about to return.
+    void CommandEnded();
+
+protected:
+    /// Marks a command of the page as running for as long as it lives. The page outlives it.
+    class CommandScope
+    {
+    public:
+        explicit CommandScope(CPageViewModel& page);
+        ~CommandScope();
+
+    private:
+        Q_DISABLE_COPY(CommandScope)
+        CPageViewModel& m_page;
+    };
 
 private:
     const QString m_name;
     bool m_hasUnsavedParameter = false;
+    int m_commandsInProgress = 0;
 };

@@ -36,6 +36,7 @@ private slots:
     void replayReachesTheView();
     void blocksOfAnotherThread();
     void emptyBlock();
+    void nullBlockIsDropped();
     void resets();
     void resetOrder();
     void resetOfNothing();
@@ -343,6 +344,15 @@ void tst_COperationMeasure::emptyBlock()
     QCOMPARE(measureSpy.count(), 1);
     QCOMPARE(manager().NumBlocks(), 1);
     QCOMPARE(manager().DataSet()->ResultsCount(), 0ULL);
+}
+
+void tst_COperationMeasure::nullBlockIsDropped()
+{
+    QSignalSpy measureSpy(m_operation.get(), &COperationMeasure::NewMeasure);
+    m_operation->OnNewMeasure(QSharedPointer<CMeasureBlock>());
+    QCOMPARE(measureSpy.count(), 0);
+    QCOMPARE(manager().NumBlocks(), 0);
+    QVERIFY(manager().IsDataSetEmpty());
 }
 
 void tst_COperationMeasure::resets()

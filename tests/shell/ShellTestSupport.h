@@ -42,14 +42,32 @@ public:
         SetIsRunning(false);
         SetIsConnected(false);
     }
-    void StartMeasurement() override { SetIsRunning(true); }
-    void StopMeasurement() override { SetIsRunning(false); }
-    void CalibrateZeroOffset(bool) override {}
-    void RestoreZeroOffsetToFactory() override {}
+    void StartMeasurement() override
+    {
+        SetIsRunning(true);
+        beInCall();
+    }
+    void StopMeasurement() override
+    {
+        SetIsRunning(false);
+        beInCall();
+    }
+    void CalibrateZeroOffset(bool) override { beInCall(); }
+    void RestoreZeroOffsetToFactory() override { beInCall(); }
+
+    /// Runs once, within the next call that measures or calibrates.
+    std::function<void()> whileCalled;
 
     Connecting connecting = Succeeds;
     int connects = 0;
     int disconnects = 0;
+
+private:
+    void beInCall()
+    {
+        if (whileCalled)
+            std::exchange(whileCalled, nullptr)();
+    }
 };
 
 class FakeProvider : public CInstrumentListProvider

@@ -52,6 +52,7 @@ private slots:
     void quitSavesTheParameters();
     void quitStopsThePlugins();
     void quitFromTheTray();
+    void quitDuringTheStart();
     void windowsGoBeforeTheModels();
     void goneAfterQuit();
 
@@ -423,6 +424,20 @@ void tst_CApplication::quitFromTheTray()
     QVERIFY(!tray);
     QVERIFY(!menu);
     QVERIFY(!action);
+}
+
+void tst_CApplication::quitDuringTheStart()
+{
+    // No plug-in: the start waits for a list of instruments the whole time, if nobody quits.
+    m_application = CApplication::Instance();
+    QTimer::singleShot(0, m_application->findChild<QSystemTrayIcon*>()->contextMenu()->actions().first(),
+                       &QAction::trigger);
+    start();
+    QVERIFY(m_startMs < 2000);
+    connect(qApp, &QCoreApplication::aboutToQuit, m_application, &CApplication::onAboutToQuit);
+    QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
+    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(!m_application);
 }
 
 void tst_CApplication::windowsGoBeforeTheModels()

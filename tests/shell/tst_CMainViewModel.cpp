@@ -1,23 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CConnectionPageViewModel.h"
-#include "CInstrumentSupervisor.h"
-#include "CMainViewModel.h"
 #include "CMeterOperationViewModel.h"
-#include "COperationsManager.h"
-#include "CPluginsManager.h"
-#include "CSettings.h"
+#include "MainViewModelFixture.h"
 #include "MetaObjectTable.h"
 #include "SettingsDirectoryPath.h"
-#include "ShellTestSupport.h"
 
 #include <QDesktopServices>
 #include <QDir>
 #include <QPointer>
-#include <QQmlContext>
-#include <QQmlEngine>
-#include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -28,12 +19,10 @@ namespace {
 
 const char kPageQuestion[] =
     "Are you sure you want to quit the current page ?|All unsaved settings will be lost";
-const char kQuitQuestion[] =
-    "Are you sure you want to quit the current operation?|All the measured data will be lost";
 
 } // namespace
 
-class tst_CMainViewModel : public QObject
+class tst_CMainViewModel : public QObject, private MainViewModelFixture
 {
     Q_OBJECT
 
@@ -42,8 +31,8 @@ public slots:
 
 private slots:
     void initTestCase() { QVERIFY(QDir().mkpath(SettingsDirectoryPath)); }
-    void init();
-    void cleanup();
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void surface();
     void initialValues();
@@ -62,17 +51,6 @@ private slots:
     void unsavedData();
     void sessionInProgress();
 
-    void instrumentTexts();
-    void statusFollows();
-    void otherInstrument();
-    void lostOnTheConnectionPage();
-    void lostOnTheMeterPage();
-    void lostWithUnsavedDataAndCancel();
-    void lostWithUnsavedDataAndOk();
-    void lostWhileAQuestionIsOpen();
-    void foundMissingByTheConnectionPage();
-    void currentInstrumentIsNullOnceGone();
-
     void helpWithoutPage();
     void helpOfThePage();
     void helpThatCannotBeOpened();
@@ -85,63 +63,8 @@ private slots:
     void endsWithItsPage();
 
 private:
-    QObject* contextObject(const char* name) const
-    {
-        return m_engine->rootContext()->contextProperty(QString::fromLatin1(name)).value<QObject*>();
-    }
-
-    COperationMeasure* operation() { return m_operations->OperationMeasure(); }
-
-    QSharedPointer<FakeInstrument> connectInstrument(const char* serialNumber)
-    {
-        const QSharedPointer<FakeInstrument> instrument = m_provider->add("Probe", serialNumber);
-        instrument->SetModel(QStringLiteral("Model ") + QString::fromLatin1(serialNumber));
-        instrument->SetStatusString(QStringLiteral("Ready"));
-        m_supervisor->RefreshAvailableInstruments();
-        m_supervisor->SetActiveInstrument(instrument);
-        return instrument;
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<CSettings> m_settings;
-    std::unique_ptr<CPluginsManager> m_plugins;
-    std::unique_ptr<QQmlEngine> m_engine;
-    std::unique_ptr<FakeProvider> m_provider;
-    std::unique_ptr<CInstrumentSupervisor> m_supervisor;
-    std::unique_ptr<COperationsManager> m_operations;
-    std::unique_ptr<CMainViewModel> m_main;
     QList<QUrl> m_openedUrls;
 };
-
-void tst_CMainViewModel::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_settings = std::make_unique<CSettings>(QStringLiteral("/nowhere"));
-    m_settings->SetInstrumentParameterPath(m_folder->path());
-    m_plugins = std::make_unique<CPluginsManager>(*m_settings);
-    m_engine = std::make_unique<QQmlEngine>();
-    m_provider = std::make_unique<FakeProvider>();
-    m_supervisor = std::make_unique<CInstrumentSupervisor>(m_settings.get());
-    m_supervisor->AddInstrumentListProvider(m_provider.get());
-    m_operations =
-        std::make_unique<COperationsManager>(m_settings.get(), m_plugins.get(), m_supervisor.get());
-    m_main = std::make_unique<CMainViewModel>(m_settings.get(), m_engine->rootContext(), m_operations.get(),
-                                              m_supervisor.get());
-}
-
-void tst_CMainViewModel::cleanup()
-{
-    m_main->Terminate();
-    m_main.reset();
-    deleteDeferred();
-    m_operations.reset();
-    m_supervisor.reset();
-    m_provider.reset();
-    m_engine.reset();
-    m_plugins.reset();
-    m_settings.reset();
-    m_folder.reset();
-}
 
 void tst_CMainViewModel::surface()
 {
@@ -416,171 +339,6 @@ void tst_CMainViewModel::sessionInProgress()
     QVERIFY(!operation()->SessionInProgress());
     QVERIFY(!instrument->IsRunning());
     QVERIFY(instrument->IsConnected());
-}
-
-void tst_CMainViewModel::instrumentTexts()
-{
-    QSignalSpy model(m_main.get(), &CMainViewModel::InstrumentModelChanged);
-    QSignalSpy serialNumber(m_main.get(), &CMainViewModel::InstrumentSerialNumberChanged);
-    QSignalSpy status(m_main.get(), &CMainViewModel::InstrumentStatusChanged);
-    QSignalSpy current(m_main.get(), &CMainViewModel::CurrentInstrumentChanged);
-    const QSharedPointer<FakeInstrument> instrument = connectInstrument("1");
-    QCOMPARE(m_main->InstrumentModel(), QStringLiteral("Model 1"));
-    QCOMPARE(m_main->InstrumentSerialNumber(), QStringLiteral("1"));
-    QCOMPARE(m_main->InstrumentStatus(), QStringLiteral("Ready"));
-    QCOMPARE(m_main->CurrentInstrument(), instrument.data());
-    QCOMPARE(model.count(), 1);
-    QCOMPARE(serialNumber.count(), 1);
-    QCOMPARE(status.count(), 1);
-    QCOMPARE(current.count(), 1);
-
-    m_main->displayInstrumentSelectionPage();
-    m_supervisor->ClearActiveInstrument();
-    QCOMPARE(m_main->InstrumentModel(), QStringLiteral("--"));
-    QCOMPARE(m_main->InstrumentSerialNumber(), QStringLiteral("--"));
-    QCOMPARE(m_main->InstrumentStatus(), QStringLiteral("--"));
-    QCOMPARE(m_main->CurrentInstrument(), instrument.data());
-    QCOMPARE(current.count(), 1);
-
-    m_supervisor->SetActiveInstrument(instrument);
-    QCOMPARE(m_main->InstrumentModel(), QStringLiteral("Model 1"));
-    QCOMPARE(current.count(), 1);
-}
-
-void tst_CMainViewModel::statusFollows()
-{
-    m_main->displayInstrumentSelectionPage();
-    const QSharedPointer<FakeInstrument> instrument = connectInstrument("1");
-    QSignalSpy status(m_main.get(), &CMainViewModel::InstrumentStatusChanged);
-    instrument->SetStatusString(QStringLiteral("Busy"));
-    QCOMPARE(m_main->InstrumentStatus(), QStringLiteral("Busy"));
-    QCOMPARE(status.count(), 1);
-    m_main->OnInstrumentStatusChanged(QStringLiteral("Busy"));
-    QCOMPARE(status.count(), 1);
-
-    m_supervisor->ClearActiveInstrument();
-    instrument->SetStatusString(QStringLiteral("Idle"));
-    QCOMPARE(m_main->InstrumentStatus(), QStringLiteral("--"));
-}
-
-void tst_CMainViewModel::otherInstrument()
-{
-    m_main->displayInstrumentSelectionPage();
-    const QSharedPointer<FakeInstrument> first = connectInstrument("1");
-    const QSharedPointer<FakeInstrument> second = connectInstrument("2");
-    QCOMPARE(m_main->CurrentInstrument(), second.data());
-    QCOMPARE(m_main->InstrumentSerialNumber(), QStringLiteral("2"));
-    first->SetStatusString(QStringLiteral("of the first"));
-    QCOMPARE(m_main->InstrumentStatus(), QStringLiteral("Ready"));
-    second->SetStatusString(QStringLiteral("of the second"));
-    QCOMPARE(m_main->InstrumentStatus(), QStringLiteral("of the second"));
-}
-
-void tst_CMainViewModel::lostOnTheConnectionPage()
-{
-    m_main->displayInstrumentSelectionPage();
-    connectInstrument("1");
-    const QPointer<CPageViewModel> page = m_main->pActivePageViewModel();
-    m_provider->instruments.clear();
-    emit m_provider->InstrumentListUpdated();
-    QCOMPARE(m_main->InstrumentModel(), QStringLiteral("--"));
-    deleteDeferred();
-    QVERIFY(page);
-    QCOMPARE(m_main->pActivePageViewModel(), page.data());
-}
-
-void tst_CMainViewModel::lostOnTheMeterPage()
-{
-    connectInstrument("1");
-    m_main->displayMeterPage();
-    BoxAnswers answers;
-    m_provider->instruments.clear();
-    emit m_provider->InstrumentListUpdated();
-    QVERIFY(answers.texts.isEmpty());
-    QCOMPARE(m_main->pActivePageViewModel()->Name(), QStringLiteral("Connection"));
-    QCOMPARE(m_main->InstrumentStatus(), QStringLiteral("--"));
-    QVERIFY(!m_operations->GetActiveOperation());
-}
-
-void tst_CMainViewModel::lostWithUnsavedDataAndCancel()
-{
-    connectInstrument("1");
-    m_main->displayMeterPage();
-    operation()->RecordingManager()->SetHasUnsavedData(true);
-    BoxAnswers answers({QMessageBox::Cancel});
-    m_provider->instruments.clear();
-    emit m_provider->InstrumentListUpdated();
-    QCOMPARE(answers.texts, QStringList{QLatin1String(kQuitQuestion)});
-    QCOMPARE(m_main->pActivePageViewModel()->Name(), QStringLiteral("MeterOperation"));
-    QCOMPARE(m_main->InstrumentModel(), QStringLiteral("--"));
-    QCOMPARE(m_main->InstrumentSerialNumber(), QStringLiteral("--"));
-    QCOMPARE(m_main->InstrumentStatus(), QStringLiteral("--"));
-    QVERIFY(operation()->GetUnsavedData());
-    operation()->RecordingManager()->SetHasUnsavedData(false);
-}
-
-void tst_CMainViewModel::lostWithUnsavedDataAndOk()
-{
-    connectInstrument("1");
-    m_main->displayMeterPage();
-    operation()->StartSession();
-    operation()->RecordingManager()->SetHasUnsavedData(true);
-    BoxAnswers answers({QMessageBox::Ok});
-    m_provider->instruments.clear();
-    emit m_provider->InstrumentListUpdated();
-    QCOMPARE(answers.texts, QStringList{QLatin1String(kQuitQuestion)});
-    QCOMPARE(m_main->pActivePageViewModel()->Name(), QStringLiteral("Connection"));
-    QVERIFY(!operation()->SessionInProgress());
-}
-
-void tst_CMainViewModel::lostWhileAQuestionIsOpen()
-{
-    connectInstrument("1");
-    m_main->displayMeterPage();
-    operation()->StartSession();
-    // The second question opens over the first one; both are answered with OK.
-    BoxAnswers answers({QMessageBox::Ok, QMessageBox::Ok});
-    answers.whileOpen = [this] {
-        m_provider->instruments.clear();
-        emit m_provider->InstrumentListUpdated();
-    };
-    m_main->displayInstrumentSelectionPage();
-    QCOMPARE(answers.texts, QStringList() << QLatin1String(kQuitQuestion) << QLatin1String(kQuitQuestion));
-    QCOMPARE(m_main->pActivePageViewModel()->Name(), QStringLiteral("Connection"));
-    QCOMPARE(contextObject("ActivePageViewModel"), m_main->pActivePageViewModel());
-    QVERIFY(!m_main->LoaderSourceChanging());
-    QVERIFY(!m_operations->GetActiveOperation());
-}
-
-void tst_CMainViewModel::foundMissingByTheConnectionPage()
-{
-    connectInstrument("1");
-    m_main->displayMeterPage();
-    // Dropped without a word: the refresh at the visit of the selection page finds out.
-    m_provider->instruments.clear();
-    QSignalSpy changing(m_main.get(), &CMainViewModel::LoaderSourceChangingChanged);
-    m_main->displayInstrumentSelectionPage();
-    QCOMPARE(changing.count(), 2);
-    QVERIFY(!m_main->LoaderSourceChanging());
-    QVERIFY(!m_supervisor->HasActiveInstrument());
-    QCOMPARE(m_main->InstrumentModel(), QStringLiteral("--"));
-    QCOMPARE(m_main->pActivePageViewModel()->Name(), QStringLiteral("Connection"));
-    QCOMPARE(contextObject("ActivePageViewModel"), m_main->pActivePageViewModel());
-    QCOMPARE(contextObject("ConnectionPageViewModel"), m_main->pActivePageViewModel());
-}
-
-void tst_CMainViewModel::currentInstrumentIsNullOnceGone()
-{
-    m_main->displayInstrumentSelectionPage();
-    connectInstrument("1");
-    QVERIFY(m_main->CurrentInstrument());
-    // The last owner lets go while the instrument is active.
-    m_provider->instruments.clear();
-    m_supervisor->RefreshAvailableInstruments();
-    QVERIFY(!m_main->CurrentInstrument());
-    QVERIFY(m_main->property("CurrentInstrument").value<CInstrument*>() == nullptr);
-    m_main->OnHasActiveInstrumentChanged();
-    QCOMPARE(m_main->InstrumentModel(), QStringLiteral("--"));
 }
 
 void tst_CMainViewModel::helpWithoutPage()

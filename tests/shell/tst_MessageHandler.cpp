@@ -272,8 +272,12 @@ void tst_MessageHandler::listenerThatLogsThroughQt()
     const int row = list()->rowCount();
     qInfo("outer");
     list()->disconnect(this);
-    QVERIFY(list()->rowCount() >= row + 1);
-    QCOMPARE(text(row), QStringLiteral("outer"));
+    // Qt keeps a message of a thread that is in the handler already from the handler: it goes to the default
+    // output, and neither to the list nor to the file.
+    QCOMPARE(texts(row), QStringList{QStringLiteral("outer")});
+    QCoreApplication::processEvents();
+    QCOMPARE(list()->rowCount(), row + 1);
+    QVERIFY(!logFile().contains(QLatin1String("from a listener")));
 }
 
 void tst_MessageHandler::messagesOfOtherThreads()
