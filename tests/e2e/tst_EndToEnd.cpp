@@ -282,8 +282,7 @@ private slots:
 
     void zeroOffset()
     {
-        Scenario::WriteSimulationSettings(
-            QStringLiteral("[Calibration]\nDurationMs=50\nChamberFieldX=5\n"));
+        Scenario::WriteSimulationSettings(QStringLiteral("[Calibration]\nDurationMs=50\nChamberFieldX=5\n"));
         startWithDefaultInstrument();
         QStringList reports;
         connect(supervisor()->AvailableInstruments().constFirst().data(), &CInstrument::StatusStringChanged,
