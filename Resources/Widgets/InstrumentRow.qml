@@ -58,7 +58,9 @@ Item {
         }
 
         KXCLabel {
+            // The label tells more than the address: what is left of the row is enough.
             Layout.fillWidth: true
+            Layout.preferredWidth: 0
             text: model.RessourceName
             pointSize: 8
             textColor: Style.TextLightColor
