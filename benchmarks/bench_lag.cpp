@@ -12,6 +12,7 @@
 #include "COperationMeasure.h"
 #include "CRecordingManagerMeasure.h"
 #include "InitResources.h"
+#include "LocalTimeZone.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -93,6 +94,7 @@ private:
 
 int main(int argc, char* argv[])
 {
+    keepLocalTimeZone();
     QSurfaceFormat format;
     format.setVersion(2, 1);
     format.setDepthBufferSize(24);
@@ -161,7 +163,9 @@ int main(int argc, char* argv[])
         std::fflush(stdout);
     }
     const bool isComplete = operation->RecordingManager()->DataSet()->ResultsCount() > 0;
-    supervisor->ClearActiveInstrument();
+    // Without a session and data there is nothing to ask about at the end.
+    operation->StopSession();
+    operation->Reset();
     QTimer::singleShot(0, &application, &QCoreApplication::quit);
     QApplication::exec();
     return isComplete ? 0 : 1;

@@ -148,12 +148,6 @@ int main(int argc, char* argv[])
               for (auto& block : blocks)
                   emit instrument.OnNewMeasureBlock(std::exchange(block, {}));
           }));
-    page.SetRotEnable(true);
-    print("the same with the rotation arrow", medianSeconds([&](Blocks& blocks) {
-              for (auto& block : blocks)
-                  emit instrument.OnNewMeasureBlock(std::exchange(block, {}));
-          }));
-    page.SetRotEnable(false);
     print("block path, emitted from another thread on the same core (limit 500,000/s)",
           medianSeconds([&](Blocks& blocks) {
               arrived = 0;

@@ -54,7 +54,7 @@ bool start(Program& program)
     process.setProcessEnvironment(environment);
     process.setStandardErrorFile(QProcess::nullDevice());
     const qint64 startNs = monotonicNs();
-    process.start(program.executable, {});
+    process.start(program.executable, QStringList());
     if (!process.waitForFinished() || process.exitCode() != 0)
         return false;
     const qint64 frameNs = process.readAllStandardOutput().trimmed().toLongLong();

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the benchmarks and prints their tables; docs/performance.md tells what they mean. Takes about five minutes.
+# Builds the benchmarks and prints their tables; docs/performance.md tells what they mean. Takes about ten minutes.
 # Wants a machine that does nothing else.
 set -euo pipefail
 cd "$(dirname "$0")/.."
