@@ -4,6 +4,8 @@
 #include "Property.h"
 #include "SixDigitText.h"
 
+#include <QLocale>
+
 namespace {
 
 void appendTimestamp(TextBuffer& text, const CTimestampableResult& result)
@@ -15,7 +17,8 @@ void appendTimestamp(TextBuffer& text, const CTimestampableResult& result)
     date.getDate(&year, &month, &day);
     // Outside the common range, and for an invalid time, the general routine has rules of its own.
     if (!result.Timestamp.isValid() || year < 1 || year > 9999) {
-        const QString general = result.Timestamp.toString(QStringLiteral("yyyy.MM.ddTHH:mm:ss"));
+        const QString general =
+            QLocale::c().toString(result.Timestamp, QStringLiteral("yyyy.MM.ddTHH:mm:ss"));
         text.append(general.constData(), general.size());
     } else {
         const QTime time = result.Timestamp.time();

@@ -4,6 +4,7 @@
 #include "CDataset.h"
 #include "CSettings.h"
 #include "Property.h"
+#include "SampleTime.h"
 
 #include <QDebug>
 #include <QDir>
@@ -24,16 +25,6 @@ constexpr int kShortWaitMs = 10;
 QString lastPathComponent(const QString& path)
 {
     return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-}
-
-/// The samples of some drivers carry whole seconds in their time and the rest in the nanoseconds only.
-qint64 millisecondsSinceEpoch(const CTimestampableResult& result)
-{
-    constexpr int kNanosecondsPerMillisecond = 1000000;
-    const qint64 time = result.Timestamp.toMSecsSinceEpoch();
-    return result.Timestamp.time().msec() == 0
-               ? time + result.TimestampNanoseconds / kNanosecondsPerMillisecond
-               : time;
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "ProductInfo.h"
 
 #include <QDateTime>
+#include <QLocale>
 
 namespace {
 
@@ -29,7 +30,8 @@ QString source()
 
 QString timeOfSave()
 {
-    return QDateTime::currentDateTime().toString(QStringLiteral("yyyy.MM.ddTHH:mm:ss"));
+    // The digits of a file are those of the C locale, whatever the user's are.
+    return QLocale::c().toString(QDateTime::currentDateTime(), QStringLiteral("yyyy.MM.ddTHH:mm:ss"));
 }
 
 QString columnHeadings()

@@ -8,6 +8,7 @@
 
 #include <QDateTime>
 #include <QDebug>
+#include <QLocale>
 #include <QSerialPortInfo>
 
 namespace {
@@ -26,7 +27,7 @@ QString label(const QString& name, const QString& serialNumber)
 
 QString dateText(const QDateTime& time)
 {
-    return time.date().toString(QStringLiteral("yyyy-MM-dd")).trimmed();
+    return QLocale::c().toString(time.date(), QStringLiteral("yyyy-MM-dd")).trimmed();
 }
 
 QStringList serialPortNames()

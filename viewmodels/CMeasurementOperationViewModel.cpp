@@ -13,14 +13,16 @@
 #include <QDateTime>
 #include <QDebug>
 #include <QFileDialog>
+#include <QLocale>
 #include <QRegExp>
 #include <QSharedPointer>
 
 namespace {
 
+/// The present time in texts of files and names of files: in the digits of the C locale.
 QString now(const QString& format)
 {
-    return QDateTime::currentDateTime().toString(format);
+    return QLocale::c().toString(QDateTime::currentDateTime(), format);
 }
 
 /// The first four digits in a row of the model's name.

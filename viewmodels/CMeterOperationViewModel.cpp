@@ -8,6 +8,7 @@
 #include "CompassGeometry.h"
 #include "FieldArrows.h"
 #include "Property.h"
+#include "SampleTime.h"
 #include "SmallBlockCutter.h"
 #include "UncertaintyConversion.h"
 
@@ -30,6 +31,8 @@ CMeterOperationViewModel::CMeterOperationViewModel(COperationMeasure* operation,
       m_datasetViewModel(dataSet(), recordingManager())
 {
     m_smallBlockTimer.setSingleShot(true);
+    // A coarse timer may be late by a twentieth of its delay.
+    m_smallBlockTimer.setTimerType(Qt::PreciseTimer);
     connectSignals();
     resetDisplay();
     recordingManager()->SetIsProcessingBlock(false);
@@ -362,9 +365,10 @@ void CMeterOperationViewModel::dropSmallBlocks()
 
 int CMeterOperationViewModel::delayToNextSmallBlock() const
 {
-    const QDateTime time = m_smallBlocks.at(m_smallBlockIndex)->Results.first()->Timestamp;
-    const QDateTime nextTime = m_smallBlocks.at(m_smallBlockIndex + 1)->Results.first()->Timestamp;
-    const double delayMs = static_cast<double>(time.msecsTo(nextTime)) / m_timeWarp + 0.5;
+    const qint64 timeMs = millisecondsSinceEpoch(*m_smallBlocks.at(m_smallBlockIndex)->Results.first());
+    const qint64 nextTimeMs =
+        millisecondsSinceEpoch(*m_smallBlocks.at(m_smallBlockIndex + 1)->Results.first());
+    const double delayMs = static_cast<double>(nextTimeMs - timeMs) / m_timeWarp + 0.5;
     constexpr double kLongestDelayMs = std::numeric_limits<int>::max();
     // Ordered so that a delay that is not a number gives the shortest one.
     return delayMs > kShortestDelayMs ? static_cast<int>(std::min(delayMs, kLongestDelayMs))

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SmallBlockCutter.h"
 
+#include "SampleTime.h"
+
 namespace {
 
 QSharedPointer<CMeasureBlock> beginPiece(const CMeasureBlock& block)
@@ -21,10 +23,10 @@ QVector<QSharedPointer<CMeasureBlock>> cutIntoSmallBlocks(const CMeasureBlock& b
     if (block.Results.isEmpty())
         return pieces;
 
-    const qint64 lastStartMs = block.Results.last()->Timestamp.toMSecsSinceEpoch() - spanMs / 2;
+    const qint64 lastStartMs = millisecondsSinceEpoch(*block.Results.last()) - spanMs / 2;
     qint64 endMs = 0;
     for (const QSharedPointer<CFieldIntensityResult>& sample : block.Results) {
-        const qint64 timeMs = sample->Timestamp.toMSecsSinceEpoch();
+        const qint64 timeMs = millisecondsSinceEpoch(*sample);
         if (pieces.isEmpty() || (timeMs >= endMs && timeMs < lastStartMs)) {
             pieces.append(beginPiece(block));
             endMs = timeMs + spanMs;

@@ -5,6 +5,7 @@
 #include "CSettings.h"
 #include "RecordTestSupport.h"
 
+#include <QRegularExpression>
 #include <QTextCodec>
 #include <QtTest>
 
@@ -86,8 +87,10 @@ private slots:
         QBuffer buffer;
         buffer.open(QIODevice::WriteOnly);
         QVERIFY(m_serializer.WriteMeasurement(dataset, &buffer));
-        const QString line = QString::fromLatin1(buffer.data()).section(QLatin1Char('\n'), 1, 1);
+        const QString line = QString::fromUtf8(buffer.data()).section(QLatin1Char('\n'), 1, 1);
         QVERIFY(line.startsWith(QStringLiteral("Timestamp;")));
+        const QRegularExpression form(QStringLiteral("^\\d{4}\\.\\d\\d\\.\\d\\dT\\d\\d:\\d\\d:\\d\\d$"));
+        QVERIFY2(form.match(line.mid(10)).hasMatch(), qPrintable(line));
         const QDateTime time = QDateTime::fromString(line.mid(10), QStringLiteral("yyyy.MM.ddTHH:mm:ss"));
         QVERIFY(qAbs(time.secsTo(QDateTime::currentDateTime())) <= 5);
     }

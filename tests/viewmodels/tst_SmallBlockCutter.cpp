@@ -73,6 +73,7 @@ private slots:
     void spanOfZero();
     void spanLongerThanTheBlock();
     void equalTimes();
+    void wholeSecondsWithNanoseconds();
     void piecesCarryCommentAndDirection();
     void randomBlocks();
 };
@@ -126,6 +127,15 @@ void tst_SmallBlockCutter::equalTimes()
 {
     QCOMPARE(sizesOf(cutIntoSmallBlocks(*makeBlock({0, 0, 0, 0}), 100)), (QVector<int>{4}));
     QCOMPARE(sizesOf(cutIntoSmallBlocks(*makeBlock({0, 0, 0, 0}), 0)), (QVector<int>{4}));
+}
+
+void tst_SmallBlockCutter::wholeSecondsWithNanoseconds()
+{
+    // Drivers that keep the fraction in the nanoseconds only are cut like the others.
+    const auto block = makeBlock(everyMs(100, 10));
+    for (const auto& sample : block->Results)
+        sample->Timestamp = QDateTime::fromSecsSinceEpoch(sample->Timestamp.toSecsSinceEpoch());
+    QCOMPARE(sizesOf(cutIntoSmallBlocks(*block, 100)), (QVector<int>(10, 10)));
 }
 
 void tst_SmallBlockCutter::piecesCarryCommentAndDirection()
