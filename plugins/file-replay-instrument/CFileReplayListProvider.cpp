@@ -4,7 +4,9 @@
 #include "FileReplaySettings.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
+#include <QSet>
 
 #include <algorithm>
 
@@ -12,14 +14,55 @@ namespace {
 
 constexpr int kSettleMs = 200;
 constexpr int kMaxFiles = 2000;
+constexpr int kMaxFolders = 500;
 constexpr int kFreshS = 5;
 
-QString serialNumberOf(const QDir& folder, const QString& path)
+// Names of files that may hold a recording. What they hold decides.
+const QStringList& namePatterns()
 {
-    // Goes into file names, and is told apart from the instrument's name by " - ".
-    return folder.relativeFilePath(path)
-        .replace(QLatin1Char('/'), QLatin1Char('_'))
-        .replace(QLatin1String(" - "), QLatin1String("-"));
+    static const QStringList patterns{
+        QStringLiteral("*.xml"), QStringLiteral("*.csv"), QStringLiteral("*.tsv"), QStringLiteral("*.txt"),
+        QStringLiteral("*.dat"), QStringLiteral("*.sec"), QStringLiteral("*.min")};
+    return patterns;
+}
+
+// At most `maxCount`, by name.
+QFileInfoList entriesOf(const QString& path, const QStringList& patterns, QDir::Filters filters, int maxCount)
+{
+    QFileInfoList entries;
+    QDirIterator iterator(path, patterns, filters);
+    while (entries.size() < maxCount && iterator.hasNext()) {
+        iterator.next();
+        entries.append(iterator.fileInfo());
+    }
+    std::sort(entries.begin(), entries.end(),
+              [](const QFileInfo& a, const QFileInfo& b) { return a.fileName() < b.fileName(); });
+    return entries;
+}
+
+// The file's name, and the subfolder's in parentheses, so that no two files have the same number. It goes
+// into file names, where a "/" cannot stand, and is told apart from the instrument's name by " - ".
+QString serialNumberOf(const QDir& folder, const QFileInfo& file)
+{
+    QString number = file.fileName();
+    const QDir parent = file.absoluteDir();
+    if (parent != folder)
+        number += QStringLiteral(" (%1)").arg(parent.dirName());
+    return number.replace(QLatin1String(" - "), QLatin1String("-"));
+}
+
+QString uniqueNumber(const QString& wanted, const QSet<QString>& used)
+{
+    QString number = wanted;
+    for (int i = 2; used.contains(number); ++i)
+        number = QStringLiteral("%1 #%2").arg(wanted).arg(i);
+    return number;
+}
+
+bool isFresh(const QDateTime& modified)
+{
+    const qint64 ageS = modified.secsTo(QDateTime::currentDateTime());
+    return ageS >= 0 && ageS < kFreshS; // a clock may have been wrong
 }
 
 } // namespace
@@ -75,30 +118,36 @@ bool CFileReplayListProvider::scan()
 {
     const QDir folder(m_folder);
     QStringList folders{m_folder};
-    const auto subfolders = folder.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    const auto subfolders = entriesOf(m_folder, {}, QDir::Dirs | QDir::NoDotAndDotDot, kMaxFolders);
     for (const QFileInfo& subfolder : subfolders)
         folders.append(subfolder.absoluteFilePath());
 
     QHash<QString, Entry> known;
-    for (const Entry& entry : qAsConst(m_entries))
+    QSet<QString> numbers;
+    for (const Entry& entry : qAsConst(m_entries)) {
         known.insert(entry.path, entry);
+        if (entry.instrument)
+            numbers.insert(entry.instrument->SerialNumber());
+    }
 
     QList<Entry> entries;
     for (const QString& path : qAsConst(folders)) {
-        const auto files = QDir(path).entryInfoList(QDir::Files | QDir::Readable, QDir::Name);
+        const auto files =
+            entriesOf(path, namePatterns(), QDir::Files | QDir::Readable, kMaxFiles - entries.size());
         for (const QFileInfo& file : files) {
-            if (entries.size() >= kMaxFiles)
-                break;
             Entry entry = known.take(file.absoluteFilePath());
             if (entry.path.isEmpty() ||
                 (!entry.instrument && (entry.size != file.size() || entry.modified != file.lastModified()))) {
                 entry = {file.absoluteFilePath(), file.size(), file.lastModified(), {}};
-                if (const auto reader = CRecordingReader::Open(entry.path))
-                    entry.instrument = QSharedPointer<CFileReplayInstrument>::create(
-                        entry.path, serialNumberOf(folder, entry.path), reader->Info());
+                if (const auto reader = CRecordingReader::Open(entry.path)) {
+                    const QString number = uniqueNumber(serialNumberOf(folder, file), numbers);
+                    numbers.insert(number);
+                    entry.instrument =
+                        QSharedPointer<CFileReplayInstrument>::create(entry.path, number, reader->Info());
+                }
             }
             // It may still be written, which the watcher of the folder does not tell.
-            if (!entry.instrument && entry.modified.secsTo(QDateTime::currentDateTime()) < kFreshS)
+            if (!entry.instrument && isFresh(entry.modified))
                 m_settleTimer.start();
             entries.append(entry);
         }

@@ -12,6 +12,50 @@ namespace {
 
 constexpr int kColumnsWithUncertainty = 8;
 constexpr int kInspectedRows = 400;
+// Files that are no records are looked at, too, while the program starts: what does not look like a record
+// written here must not cost time.
+constexpr qint64 kMaxHead = 1 << 20;
+constexpr int kMaxTagLength = 4096;
+constexpr int kMaxDepth = 16;
+constexpr int kMaxHeadElements = 10000;
+
+// A row is never cut in two; a block that is cut ends with its last whole row.
+QByteArray headOf(QFile& file)
+{
+    QByteArray head = file.read(kMaxHead);
+    if (file.atEnd())
+        return head;
+    head.truncate(head.lastIndexOf('\n') + 1);
+    return head + "</flux>";
+}
+
+// Whether every tag has a sensible length, and nothing but elements and comments is there.
+bool hasPlainTags(const QByteArray& xml)
+{
+    int at = 0;
+    while ((at = xml.indexOf('<', at)) >= 0) {
+        if (xml.mid(at, 4) == "<!--") {
+            at = xml.indexOf("-->", at);
+            if (at < 0)
+                return false;
+            continue;
+        }
+        if (xml.mid(at, 2) == "<!")
+            return false;
+        const int start = at;
+        char quote = 0;
+        for (; at < xml.size() && (quote != 0 || xml.at(at) != '>'); ++at) {
+            const char c = xml.at(at);
+            if (at - start > kMaxTagLength)
+                return false;
+            if (quote == 0 && (c == '"' || c == '\''))
+                quote = c;
+            else if (c == quote)
+                quote = 0;
+        }
+    }
+    return true;
+}
 
 } // namespace
 
@@ -40,26 +84,74 @@ bool CRecordReader::Rewind()
 {
     if (!m_file.seek(0))
         return false;
-    m_xml.setDevice(&m_file);
+    m_depth = 0;
+    m_headElements = 0;
     m_separator = QStringLiteral(";");
     m_columns = kColumnsWithUncertainty;
     m_flux.clear();
     m_fluxAt = 0;
-    return readHead();
+    return startDocument() && readHead();
+}
+
+bool CRecordReader::startDocument()
+{
+    if (m_isInfoComplete) {
+        m_xml.setDevice(&m_file);
+        return true;
+    }
+    const QByteArray head = headOf(m_file);
+    if (!hasPlainTags(head))
+        return false;
+    m_xml.clear();
+    // As text, so that no encoding declared in the file changes what was just looked at.
+    m_xml.addData(QString::fromUtf8(head));
+    return true;
+}
+
+bool CRecordReader::readToken()
+{
+    switch (m_xml.readNext()) {
+    case QXmlStreamReader::StartElement:
+        ++m_depth;
+        break;
+    case QXmlStreamReader::EndElement:
+        --m_depth;
+        break;
+    case QXmlStreamReader::DTD:
+        m_depth = kMaxDepth + 1; // records have none
+        break;
+    default:
+        break;
+    }
+    if (!m_isInfoComplete && m_xml.isStartElement() && ++m_headElements > kMaxHeadElements)
+        return false;
+    return m_depth <= kMaxDepth && !m_xml.hasError() && !m_xml.atEnd() &&
+           !QThread::currentThread()->isInterruptionRequested();
+}
+
+QString CRecordReader::readText()
+{
+    const int depth = m_depth;
+    QString text;
+    while (readToken() && m_depth >= depth) {
+        if (m_xml.isCharacters() && m_depth == depth)
+            text += m_xml.text();
+    }
+    return text;
 }
 
 bool CRecordReader::readHead()
 {
-    return m_xml.readNextStartElement() && m_xml.name() == QLatin1String("NorvaneXmlRecord") &&
+    while (readToken() && !m_xml.isStartElement()) {
+    }
+    return m_xml.isStartElement() && m_depth == 1 && m_xml.name() == QLatin1String("NorvaneXmlRecord") &&
            m_xml.attributes().value(QLatin1String("ver")) == QLatin1String("1.0");
 }
 
 bool CRecordReader::readNextFlux()
 {
-    while (!m_xml.atEnd()) {
-        if (QThread::currentThread()->isInterruptionRequested())
-            return false;
-        if (m_xml.readNext() != QXmlStreamReader::StartElement)
+    while (readToken()) {
+        if (!m_xml.isStartElement())
             continue;
         if (m_xml.name() == QLatin1String("dataset")) {
             const bool isOld = m_xml.attributes().value(QLatin1String("ver")) == QLatin1String("1.1");
@@ -69,9 +161,9 @@ bool CRecordReader::readNextFlux()
             if (!separator.isEmpty())
                 m_separator = separator.toString();
         } else if (m_xml.name() == QLatin1String("parameters") && !m_isInfoComplete) {
-            readParameters(m_xml.readElementText(QXmlStreamReader::SkipChildElements));
+            readParameters(readText());
         } else if (m_xml.name() == QLatin1String("flux")) {
-            m_flux = m_xml.readElementText(QXmlStreamReader::SkipChildElements);
+            m_flux = readText();
             m_fluxAt = 0;
             return true;
         }

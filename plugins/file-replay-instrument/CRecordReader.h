@@ -13,14 +13,18 @@ class CRecordReader : public CRecordingReader
 public:
     explicit CRecordReader(const QString& path);
 
-    /// Reads up to the first samples; false if the file is no record.
+    /// Reads up to the first samples, and never more than the head of the file; false if the file is no
+    /// record.
     bool Open();
 
     bool Next(RecordedSample& sample) override;
     bool Rewind() override;
 
 private:
+    bool startDocument();
     bool readHead();
+    QString readText();
+    bool readToken();
     bool readNextFlux();
     void readParameters(const QString& text);
     bool parseRow(const QStringRef& row, RecordedSample& sample);
@@ -30,6 +34,8 @@ private:
     CTimeParser m_timeParser{CTimeParser::Zone::Local};
     QString m_separator;
     bool m_isInfoComplete = false; ///< after Open() the parameters are not read again
+    int m_depth = 0;               ///< elements open
+    int m_headElements = 0;        ///< elements seen before Open() is done
     int m_columns = 8;
     QString m_flux; ///< rows of the block being read
     int m_fluxAt = 0;

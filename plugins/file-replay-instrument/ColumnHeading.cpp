@@ -13,6 +13,8 @@ using ColumnHeading::FieldColumn;
 using ColumnHeading::TimeColumn;
 using ColumnHeading::TimeKind;
 
+constexpr int kMaxHeadingLength = 200;
+
 struct NamedColumn
 {
     QString name; ///< lower case, letters and digits only
@@ -73,6 +75,8 @@ std::optional<NamedColumn> fieldColumn(const QString& heading, int index)
     static const QRegularExpression pattern(
         QStringLiteral("^(.+?)[\\s_(\\[/,-]+(T|mT|[\\x{00B5}\\x{03BC}u]T|nT|kG|mG|G)[)\\]\\s]*$"));
     static const QRegularExpression otherSigns(QStringLiteral("[^a-z0-9]"));
+    if (heading.size() > kMaxHeadingLength)
+        return std::nullopt;
     const QRegularExpressionMatch match = pattern.match(heading);
     if (!match.hasMatch())
         return std::nullopt;

@@ -20,8 +20,7 @@ FileReplaySettings FileReplaySettings::Load()
     settings.folder =
         file.value(QStringLiteral("Replay/Folder")).toStringList().join(QStringLiteral(", ")).trimmed();
     if (settings.folder.isEmpty())
-        settings.folder =
-            QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Kestrix");
+        settings.folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     bool ok = false;
     const double speed = file.value(QStringLiteral("Replay/Speed")).toDouble(&ok);
     if (ok && std::isfinite(speed) && speed >= 0)

@@ -28,6 +28,14 @@ tFlux fromTesla(double value, double range, CUnits::UnitType units)
     return converted;
 }
 
+FieldVector noise(std::mt19937_64& random, std::normal_distribution<double>& normal, double deviation)
+{
+    const double x = normal(random);
+    const double y = normal(random);
+    const double z = normal(random);
+    return FieldVector{x, y, z} * deviation;
+}
+
 bool isEvery(int count, int every)
 {
     return every > 0 && count % every == 0;
@@ -38,7 +46,7 @@ bool isEvery(int count, int every)
 CSimulatedBlockSource::CSimulatedBlockSource(const SimulationSettings& settings, const QList<tFlux>& ranges,
                                              qint64 epochNs)
     : m_settings(settings), m_model(settings), m_ranges(ranges), m_epochNs(epochNs),
-      m_random(settings.seed != 0 ? settings.seed : std::random_device()())
+      m_random(settings.seed != 0 ? settings.seed : std::random_device()()), m_zeroFieldRandom(m_random())
 {
 }
 
@@ -69,7 +77,7 @@ QSharedPointer<CMeasureBlock> CSimulatedBlockSource::NextBlock(const Acquisition
     const double deviation = m_settings.noise * range / std::sqrt(parameters.averaging);
     const bool isNan = isEvery(m_blocksOfRun, m_settings.nanBlockEvery);
     for (FieldVector& field : fields) {
-        field = field + noise(deviation);
+        field = field + noise(m_random, m_normal, deviation);
         // The converter saturates; what is subtracted digitally afterwards shifts the limit with it.
         field = FieldVector{clampTo(field.x, range), clampTo(field.y, range), clampTo(field.z, range)};
         field = field - correction;
@@ -124,20 +132,13 @@ void CSimulatedBlockSource::fillSample(CFieldIntensityResult& result, const Fiel
     result.SetTemperature(kTemperatureCount);
 }
 
-FieldVector CSimulatedBlockSource::noise(double deviation)
-{
-    const double x = m_normal(m_random);
-    const double y = m_normal(m_random);
-    const double z = m_normal(m_random);
-    return FieldVector{x, y, z} * deviation;
-}
-
 FieldVector CSimulatedBlockSource::MeasureZeroField()
 {
     // Taken on the smallest range, whose noise averages out.
     const double deviation = m_settings.noise * static_cast<double>(m_ranges.first());
     return m_settings.offset + m_settings.chamberField +
-           noise(deviation / std::sqrt(static_cast<double>(kZeroFieldReadings)));
+           noise(m_zeroFieldRandom, m_zeroFieldNormal,
+                 deviation / std::sqrt(static_cast<double>(kZeroFieldReadings)));
 }
 
 void CSimulatedBlockSource::SetZeroCorrection(const FieldVector& correction)

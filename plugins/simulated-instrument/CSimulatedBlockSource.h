@@ -27,7 +27,7 @@ public:
     void BeginRun();
 
     /// What the sensor shows on average over many readings in the zero-field chamber, tesla, without any
-    /// correction.
+    /// correction. May be called while another thread makes blocks, whose noise it leaves as it is.
     FieldVector MeasureZeroField();
 
     /// Tesla, subtracted from every reading from the next block on. Thread-safe.
@@ -37,7 +37,6 @@ private:
     double chooseRange(const AcquisitionParameters& parameters, const QVector<FieldVector>& fields) const;
     void fillSample(CFieldIntensityResult& result, const FieldVector& reading, const FieldVector& direction,
                     double range, CUnits::UnitType units) const;
-    FieldVector noise(double deviation);
 
     SimulationSettings m_settings;
     CFieldModel m_model;
@@ -46,6 +45,9 @@ private:
     CSampleStamper m_stamper;
     std::mt19937_64 m_random;
     std::normal_distribution<double> m_normal;
+    // The zero field is measured on another thread than the blocks are made on.
+    std::mt19937_64 m_zeroFieldRandom;
+    std::normal_distribution<double> m_zeroFieldNormal;
     int m_blocksOfRun = 0;
 
     std::mutex m_correctionMutex;

@@ -59,6 +59,8 @@ bool CSimulatedInstrument::Connect()
     m_settings = SimulationSettings::Load();
     if (m_settings.connectDelayMs > 0)
         QThread::msleep(static_cast<unsigned long>(m_settings.connectDelayMs));
+    if (m_settings.connect != Outcome::Success)
+        dropConnection();
     if (m_settings.connect == Outcome::Exception)
         throw std::runtime_error("The simulated instrument was asked to fail in Connect");
     if (m_settings.connect == Outcome::Failure) {
@@ -82,12 +84,17 @@ bool CSimulatedInstrument::Connect()
 
 void CSimulatedInstrument::Disconnect()
 {
-    m_vanishTimer.stop();
-    StopMeasurement();
-    SetIsConnected(false);
+    dropConnection();
     SetStatusString(tr("Disconnected"));
     if (m_settings.disconnect != Outcome::Success)
         throw std::runtime_error("The simulated instrument was asked to fail in Disconnect");
+}
+
+void CSimulatedInstrument::dropConnection()
+{
+    m_vanishTimer.stop();
+    StopMeasurement();
+    SetIsConnected(false);
 }
 
 void CSimulatedInstrument::fillCapabilities()
@@ -181,8 +188,7 @@ void CSimulatedInstrument::report(const QString& message)
 
 void CSimulatedInstrument::vanish()
 {
-    StopMeasurement();
-    SetIsConnected(false);
+    dropConnection();
     report(tr("Connection lost"));
     emit Vanished();
 }

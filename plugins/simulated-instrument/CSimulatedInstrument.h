@@ -39,6 +39,7 @@ protected:
 
 private:
     void fillCapabilities();
+    void dropConnection();
     void setZeroCorrection(const FieldVector& correction);
     void report(const QString& message);
     void vanish();

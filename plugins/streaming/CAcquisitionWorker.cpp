@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QThread>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 
@@ -16,6 +17,8 @@ constexpr double kBurstFactor = 10;
 constexpr qint64 kMaxLagNs = 5000000000;
 // Blocks delivered before the event loop of the thread gets its turn.
 constexpr int kBlocksPerTurn = 64;
+// A block may last for months, a timer of milliseconds in an int does not: longer waits come in pieces.
+constexpr qint64 kMaxWaitMs = 3600000;
 
 qint64 wallClockNs()
 {
@@ -86,7 +89,7 @@ void CAcquisitionWorker::onTimer()
     if (!m_isScheduled || !mayDeliver())
         return;
     const qint64 waitNs = m_dueNs - m_elapsed.nsecsElapsed();
-    m_timer.start(waitNs > 0 ? static_cast<int>((waitNs + kNsPerMs - 1) / kNsPerMs) : 0);
+    m_timer.start(static_cast<int>(std::clamp<qint64>((waitNs + kNsPerMs - 1) / kNsPerMs, 0, kMaxWaitMs)));
 }
 
 void CAcquisitionWorker::scheduleNext()

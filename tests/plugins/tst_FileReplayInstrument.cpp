@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -158,9 +159,9 @@ private slots:
         QFETCH(QByteArray, text);
         QFETCH(int, unit);
         QFETCH(double, rate);
-        write(QStringLiteral("file.any"), text);
+        write(QStringLiteral("file.txt"), text);
         start();
-        QCOMPARE(serialNumbers(), QStringList{QStringLiteral("file.any")});
+        QCOMPARE(serialNumbers(), QStringList{QStringLiteral("file.txt")});
         const auto instrument = m_driver->Instruments().first();
         QVERIFY(instrument->Connect());
         QCOMPARE(int(instrument->UnitList().first()), unit);
@@ -201,6 +202,132 @@ private slots:
         QFETCH(QByteArray, text);
         write(QStringLiteral("file.csv"), text);
         start();
+        QCOMPARE(m_driver->Instruments().size(), 0);
+    }
+
+    void hostileRecordsAreRefusedAtOnce_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        const QByteArray root = "<NorvaneXmlRecord ver=\"1.0\">";
+        QByteArray defaults = "<!DOCTYPE NorvaneXmlRecord [<!ATTLIST a ";
+        QByteArray attributes = root + "<a ";
+        for (int i = 0; i < 2000; ++i)
+            defaults += 'b' + QByteArray::number(i) + " CDATA \"x\" ";
+        QTest::newRow("default attributes") << defaults + ">]>" + root + QByteArray("<a/>").repeated(300000);
+        QTest::newRow("default attributes, record")
+            << defaults + ">]>" + recordText("1.2", "2024.03.01T10:11:12.000000000;1;1;1;1;1;1;1");
+        QTest::newRow("many elements") << root + QByteArray("<a/>").repeated(300000);
+        QTest::newRow("nested, 60 MB") << root + QByteArray("<a>\n").repeated(15000000);
+        for (int i = 0; i < 100000; ++i)
+            attributes += 'b' + QByteArray::number(i) + "='' ";
+        QTest::newRow("attributes") << attributes + "/>";
+        QTest::newRow("tag without an end") << root + '<' + QByteArray(5000000, 'a');
+        QTest::newRow("comment without an end") << root + "<!--" + QByteArray(5000000, 'a');
+        QTest::newRow("text without rows") << root + "<flux>" + QByteArray(60000000, ';');
+    }
+    void hostileRecordsAreRefusedAtOnce()
+    {
+        QFETCH(QByteArray, text);
+        write(QStringLiteral("file.xml"), text);
+        QElapsedTimer timer;
+        timer.start();
+        start();
+        QVERIFY2(timer.elapsed() < 1500, qPrintable(QString::number(timer.elapsed())));
+        QCOMPARE(m_driver->Instruments().size(), 0);
+    }
+
+    // The head alone is read for the list, though the only block goes on far behind it.
+    void recordOfOneLargeBlock()
+    {
+        QByteArray rows;
+        const int count = 40000;
+        for (int i = 0; i < count; ++i)
+            rows += "2024.03.01T10:" + QByteArray::number(10 + i / 2400) + ':' +
+                    QByteArray::number(10 + i / 48 % 50) + '.' + QByteArray::number(100000000 + i % 48) +
+                    ";2.75;7;1.5;-2.25;0.5;3;0.5\n";
+        write(QStringLiteral("file.qdr.xml"), recordText("1.2", rows));
+        QVERIFY(rows.size() > 2000000);
+        start();
+        QCOMPARE(m_driver->Instruments().size(), 1);
+        Session session(m_driver->Instruments().first());
+        QVERIFY(session.instrument->Connect());
+        session.Configure(CTrigger::CONTINUOUS, 4, 1000, 0.004);
+        play(session);
+        QCOMPARE(session.Samples().size(), count);
+    }
+
+    // A file from the future is not one that is being written.
+    void fileFromTheFutureIsNotReadForEver()
+    {
+        write(QStringLiteral("file.txt"), "no recording\n");
+        QFile file(m_folder->filePath(QStringLiteral("file.txt")));
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(2), QFileDevice::FileModificationTime));
+        file.close();
+        start();
+        QTest::qWait(500);
+        class TimerCount : public QObject
+        {
+        public:
+            int count = 0;
+            bool eventFilter(QObject* object, QEvent* event) override
+            {
+                if (event->type() == QEvent::Timer && qobject_cast<QTimer*>(object))
+                    ++count;
+                return false;
+            }
+        } timers;
+        qApp->installEventFilter(&timers);
+        QTest::qWait(1000);
+        QCOMPARE(timers.count, 0);
+    }
+
+    void serialNumbersAreDistinct()
+    {
+        const QByteArray text = "t_s,Bx_nT,By_nT,Bz_nT\n0,1,2,3\n1,1,2,3\n";
+        for (const char* name : {"a_b.csv", "a/b.csv", "c - d.csv", "c-d.csv", "a/c-d.csv", "b/b.csv"})
+            write(QLatin1String(name), text);
+        start();
+        QStringList numbers = serialNumbers();
+        QCOMPARE(numbers.size(), 6);
+        QVERIFY(numbers.contains(QStringLiteral("a_b.csv")) && numbers.contains(QStringLiteral("b.csv (a)")));
+        for (const QString& number : qAsConst(numbers))
+            QVERIFY(!number.contains(QLatin1Char('/')) && !number.contains(QLatin1String(" - ")));
+        QCOMPARE(numbers.removeDuplicates(), 0);
+    }
+
+    // Where the application proposes to save, and in the folders there, without a settings file.
+    void documentsByDefault()
+    {
+        const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+        QVERIFY(QDir().mkpath(documents + QStringLiteral("/Kestrix")));
+        const QByteArray text = recordText("1.2", "2024.03.01T10:11:12.000000000;1;1;1;1;1;1;1");
+        const QStringList paths{documents + QStringLiteral("/x_measurement.qdr.xml"),
+                                documents + QStringLiteral("/Kestrix/y.xml"),
+                                documents + QStringLiteral("/x.odt")};
+        for (const QString& path : paths) {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+        }
+        removeSettings(kSettings);
+        m_driver = std::make_unique<PluginDriver>(QStringLiteral(PLUGIN_PATH));
+        QVERIFY2(m_driver->Start(), qPrintable(m_driver->ErrorString()));
+        QCOMPARE(serialNumbers(),
+                 (QStringList{QStringLiteral("x_measurement.qdr.xml"), QStringLiteral("y.xml (Kestrix)")}));
+        for (const QString& path : paths)
+            QFile::remove(path);
+    }
+
+    void largeFolderIsListedFast()
+    {
+        for (int i = 0; i < 3000; ++i) {
+            write(QStringLiteral("note%1.txt").arg(i), "Not a recording, but a note\nof two lines\n");
+            write(QStringLiteral("image%1.png").arg(i), "x");
+        }
+        QElapsedTimer timer;
+        timer.start();
+        start();
+        QVERIFY2(timer.elapsed() < 3000, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(m_driver->Instruments().size(), 0);
     }
 
@@ -444,7 +571,7 @@ private slots:
         write(QStringLiteral("sub/b.csv"), text);
         write(QStringLiteral("sub/deep/c.csv"), text);
         start();
-        QCOMPARE(serialNumbers(), (QStringList{QStringLiteral("a.csv"), QStringLiteral("sub_b.csv")}));
+        QCOMPARE(serialNumbers(), (QStringList{QStringLiteral("a.csv"), QStringLiteral("b.csv (sub)")}));
         const auto first = m_driver->Instruments().first();
         QSignalSpy listed(m_driver->Provider(), &CInstrumentListProvider::InstrumentListUpdated);
 

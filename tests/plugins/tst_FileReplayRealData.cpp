@@ -87,9 +87,9 @@ private slots:
         for (const auto& instrument : instruments)
             numbers.append(instrument->SerialNumber());
         QCOMPARE(numbers,
-                 (QStringList{QStringLiteral("broad-motion-286hz_30_disturbed_stationary_magnet_C.csv"),
-                              QStringLiteral("iaga-wic-1hz-day_wic20220810vsec.sec"),
-                              QStringLiteral("usgs-llo-10hz-4h_llo_20200105_10hz.csv")}));
+                 (QStringList{QStringLiteral("30_disturbed_stationary_magnet_C.csv (broad-motion-286hz)"),
+                              QStringLiteral("wic20220810vsec.sec (iaga-wic-1hz-day)"),
+                              QStringLiteral("llo_20200105_10hz.csv (usgs-llo-10hz-4h)")}));
     }
 
     void statistics_data()
@@ -116,7 +116,8 @@ private slots:
 
         PluginDriver driver(QStringLiteral(PLUGIN_PATH));
         QVERIFY(driver.Start());
-        Session session(driver.Instrument(QString(file).replace(QLatin1Char('/'), QLatin1Char('_'))));
+        Session session(driver.Instrument(file.section(QLatin1Char('/'), 1) + QStringLiteral(" (") +
+                                          file.section(QLatin1Char('/'), 0, 0) + QLatin1Char(')')));
         QVERIFY(session.instrument->Connect());
         QCOMPARE(int(session.instrument->UnitList().first()), unit);
         QVERIFY(std::abs(session.instrument->AcquisitionRateBound()->Default() / rate - 1) < 1e-9);

@@ -66,6 +66,33 @@ private slots:
         QVERIFY(!m_instrument->IsConnected());
     }
 
+    void failedReconnectEndsTheRun_data()
+    {
+        QTest::addColumn<QByteArray>("outcome");
+        QTest::newRow("fail") << QByteArray("fail");
+        QTest::newRow("throw") << QByteArray("throw");
+    }
+    void failedReconnectEndsTheRun()
+    {
+        QFETCH(QByteArray, outcome);
+        start({});
+        Session session(m_instrument);
+        QVERIFY(m_instrument->Connect());
+        session.Configure(CTrigger::CONTINUOUS, 1000, 10, 100);
+        m_instrument->StartMeasurement();
+        QTRY_VERIFY(!session.blocks.isEmpty());
+        writeSettings(kSettings, "[Misbehaviour]\nConnect=" + outcome + '\n');
+        if (outcome == "throw")
+            QVERIFY_EXCEPTION_THROWN(m_instrument->Connect(), std::exception);
+        else
+            QVERIFY(!m_instrument->Connect());
+        QVERIFY(!m_instrument->IsRunning());
+        QVERIFY(!m_instrument->IsConnected());
+        const int seen = session.blocks.size();
+        QTest::qWait(50);
+        QCOMPARE(session.blocks.size(), seen);
+    }
+
     void throwingDisconnect()
     {
         start("Disconnect=throw\n");

@@ -295,6 +295,31 @@ private slots:
                     isClose(static_cast<double>(session.blocks.last()->Results.last()->Bx()), 20));
     }
 
+    // The noise of the blocks is drawn on the acquisition thread, that of the calibration is not.
+    void calibrationLeavesTheNoiseOfTheBlocksAlone()
+    {
+        QByteArray sensor = kQuietSensor;
+        sensor.replace("Noise=0", "Noise=1e-4");
+        start(kQuietField + sensor + "[Calibration]\nDurationMs=0\n");
+        const auto readings = [this](bool isCalibrated) {
+            m_instrument->Disconnect();
+            m_instrument->Connect();
+            if (isCalibrated)
+                m_instrument->CalibrateZeroOffset();
+            m_instrument->RestoreZeroOffsetToFactory();
+            Session session(m_instrument);
+            session.parameters.SetUnits(CUnits::NANO_TESLA);
+            session.Configure(CTrigger::CONTINUOUS, 1000, 10, 100);
+            QVector<tFlux> values;
+            for (const auto& sample : take(session, 10).mid(0, 10))
+                values.append(sample->Bx());
+            return values;
+        };
+        const QVector<tFlux> plain = readings(false);
+        QVERIFY(plain.first() != plain.last());
+        QCOMPARE(readings(true), plain);
+    }
+
     void zeroOffsetOutsideAChamberNeedsForce()
     {
         start(kQuietField + kQuietSensor + "[Calibration]\nDurationMs=0\nChamberFieldX=5\n");
