@@ -17,17 +17,18 @@ void CDataSetMapping::AddBlock(const QSharedPointer<CMeasureBlockMapping>& block
         std::max<quint64>(SettingsRef.MappingMaxMeasurementCount() / static_cast<quint64>(blockSize), 1);
     while (ResultsCount() > limit) {
         m_measureBlocks.pop_front();
-        SetResultsCount(m_measureBlocks.size());
+        assignResultsCount(m_measureBlocks.size());
     }
 }
 
 void CDataSetMapping::Clear()
 {
-    m_measureBlocks = {};
+    // Neither clear nor an assigned empty list gives the memory back.
+    std::deque<QSharedPointer<CMeasureBlockMapping>>().swap(m_measureBlocks);
     SetComment(QString());
-    clearInstrumentName();
-    clearDate();
-    clearFilePath();
+    AssignInstrumentName(QString());
+    AssignDate(QString());
+    AssignFilePath(QString());
     SetResultsCount(0);
     SetCleared(true);
 }

@@ -10,17 +10,18 @@ void CDataSetMeasurement::AddBlock(const QSharedPointer<CMeasureBlock>& block)
     while (ResultsCount() > SettingsRef.MeasurementMaxMeasurementCount() && m_measureBlocks.size() >= 2) {
         const QSharedPointer<CMeasureBlock> oldest = m_measureBlocks.front();
         m_measureBlocks.pop_front();
-        SetResultsCount(ResultsCount() - static_cast<quint64>(oldest->Results.size()));
+        assignResultsCount(ResultsCount() - static_cast<quint64>(oldest->Results.size()));
     }
 }
 
 void CDataSetMeasurement::Clear()
 {
-    m_measureBlocks = {};
+    // Neither clear nor an assigned empty list gives the memory back.
+    std::deque<QSharedPointer<CMeasureBlock>>().swap(m_measureBlocks);
     SetComment(QString());
-    clearFilePath();
-    clearInstrumentName();
-    clearDate();
+    AssignFilePath(QString());
+    AssignInstrumentName(QString());
+    AssignDate(QString());
     SetResultsCount(0);
     SetCleared(true);
 }

@@ -47,13 +47,13 @@ void CDataset::SetFilePath(const QString& fileName)
     storeAndEmitOnChange(this, m_filePath, fileName, &CDataset::FilePathChanged);
 }
 
-void CDataset::AdoptMeasurementParameters(std::unique_ptr<CMeasurementParameters> parameters)
+void CDataset::AdoptMeasurementParameters(std::unique_ptr<CMeasurementParameters> parameters,
+                                          Replaced replaced)
 {
     std::swap(m_loadedParameters, parameters);
     SetMeasurementParameters(m_loadedParameters.get());
-    // A view further up the call stack may hold the previous set until the event loop runs. As a child it
-    // goes with the dataset if there is no such loop any more.
-    if (parameters) {
+    // As a child a retired set goes with the dataset if there is no event loop any more.
+    if (parameters && replaced == Replaced::Retire) {
         parameters->setParent(this);
         parameters.release()->deleteLater();
     }
@@ -65,17 +65,22 @@ void CDataset::OnMeasurementParametersUpdated()
         emit MeasurementParametersUpdated(m_measurementParameters->Units());
 }
 
-void CDataset::clearFilePath()
+void CDataset::AssignFilePath(const QString& fileName)
 {
-    storeAndEmit(this, m_filePath, QString(), &CDataset::FilePathChanged);
+    storeAndEmit(this, m_filePath, fileName, &CDataset::FilePathChanged);
 }
 
-void CDataset::clearInstrumentName()
+void CDataset::AssignInstrumentName(const QString& name)
 {
-    storeAndEmit(this, m_instrumentName, QString(), &CDataset::InstrumentNameChanged);
+    storeAndEmit(this, m_instrumentName, name, &CDataset::InstrumentNameChanged);
 }
 
-void CDataset::clearDate()
+void CDataset::AssignDate(const QString& date)
 {
-    storeAndEmit(this, m_date, QString(), &CDataset::DateChanged);
+    storeAndEmit(this, m_date, date, &CDataset::DateChanged);
+}
+
+void CDataset::assignResultsCount(quint64 count)
+{
+    storeAndEmit(this, m_resultsCount, count, &CDataset::ResultsCountChanged);
 }

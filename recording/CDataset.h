@@ -58,9 +58,17 @@ public:
     void SetDate(const QString& date);
     void SetFilePath(const QString& fileName);
 
-    /// Makes the parameters of a loaded record those of the dataset, which owns them. They stay valid until
-    /// the parameters of another load have taken their place and the event loop has run.
-    void AdoptMeasurementParameters(std::unique_ptr<CMeasurementParameters> parameters);
+    // As the setters, but emit in every case.
+    void AssignInstrumentName(const QString& name);
+    void AssignDate(const QString& date);
+    void AssignFilePath(const QString& fileName);
+
+    enum class Replaced { Retire, Delete };
+    /// Makes the parameters of a loaded record those of the dataset, which owns them. The loaded ones that
+    /// they replace are deleted once all have been told: retired ones, which a view up the call stack may
+    /// still hold, when the event loop runs; others at once.
+    void AdoptMeasurementParameters(std::unique_ptr<CMeasurementParameters> parameters,
+                                    Replaced replaced = Replaced::Retire);
 
     /// Drops all blocks and texts; leaves the parameters.
     virtual void Clear() = 0;
@@ -81,10 +89,8 @@ signals:
     void MeasurementParametersUpdated(CUnits::UnitType units);
 
 protected:
-    // Parts of Clear, which emit in every case.
-    void clearFilePath();
-    void clearInstrumentName();
-    void clearDate();
+    /// As the setter, but emits in every case.
+    void assignResultsCount(quint64 count);
 
 private:
     QString m_comment;

@@ -262,6 +262,8 @@ qint64 CRecordingManager::millisecondsToNextBlock(int index) const
 qint64 CRecordingManager::millisecondsBetween(const CTimestampableResult& from,
                                               const CTimestampableResult& to)
 {
+    if (!from.Timestamp.isValid() || !to.Timestamp.isValid())
+        return 0;
     return millisecondsSinceEpoch(to) - millisecondsSinceEpoch(from);
 }
 
@@ -313,7 +315,7 @@ void CRecordingManager::saveDataset(const QString& path, CDataset& dataset, cons
 
     QFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
-        dataset.SetFilePath(lastPathComponent(path));
+        dataset.AssignFilePath(lastPathComponent(path));
         const bool isWritten = write(m_xmlResultsSerializer, &file);
         SetHasUnsavedData(!isWritten);
         if (isWritten)

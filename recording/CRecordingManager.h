@@ -196,6 +196,7 @@ protected:
     bool advance();
     /// Whether a replay is in progress and has no block left.
     bool isAtEndOfReplay() const;
+    /// 0 if either time is invalid.
     static qint64 millisecondsBetween(const CTimestampableResult& from, const CTimestampableResult& to);
     /// Truncated and brought into the range of a timer.
     static int toTimerInterval(double milliseconds);

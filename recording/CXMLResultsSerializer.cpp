@@ -14,6 +14,32 @@ namespace {
 
 using namespace RecordFormat;
 
+/// Without the characters that XML 1.0 has no way to write. One of them, pasted into a comment, must not cost
+/// the record.
+QString legalText(const QString& text)
+{
+    QString legal;
+    legal.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar character = text[i];
+        if (character.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            legal += character;
+            legal += text[++i];
+            continue;
+        }
+        const ushort code = character.unicode();
+        const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
+        if (!isControl && !character.isSurrogate() && code != 0xFFFE && code != 0xFFFF)
+            legal += character;
+    }
+    return legal;
+}
+
+void writeText(QXmlStreamWriter& writer, QLatin1String element, const QString& text)
+{
+    writer.writeTextElement(element, legalText(text));
+}
+
 void writeHead(QXmlStreamWriter& writer, const CDataset& dataset, const Kind& kind)
 {
     writer.setAutoFormatting(true);
@@ -30,8 +56,8 @@ void writeHead(QXmlStreamWriter& writer, const CDataset& dataset, const Kind& ki
     writer.writeStartElement(kBody);
     writer.writeAttribute(kType, kBodyType);
     writer.writeAttribute(kVersion, kBodyVersion);
-    writer.writeTextElement(kComment, dataset.Comment());
-    writer.writeTextElement(kInstrument, dataset.InstrumentName());
+    writeText(writer, kComment, dataset.Comment());
+    writeText(writer, kInstrument, dataset.InstrumentName());
 
     writer.writeStartElement(kDataset);
     writer.writeAttribute(kType, kind.datasetType);
@@ -72,7 +98,7 @@ template <class Dataset> bool write(const Dataset& dataset, const Kind& kind, QI
     writeHead(writer, dataset, kind);
     for (const auto& block : *dataset.MeasureBlocks()) {
         writer.writeStartElement(kMeasurements);
-        writer.writeTextElement(kComment, block->Comment());
+        writeText(writer, kComment, block->Comment());
         writePlace(writer, *block);
         writer.writeTextElement(kFlux, block->FormatBlockAsText(QString(kSeparator)));
         writer.writeEndElement();

@@ -44,16 +44,23 @@ int FluxReader::read(const QString& text, CMeasureBlock& block)
         return 0;
 
     const int before = block.Results.size();
-    block.Results.reserve(before + m_samplesOfLastBlock);
+    // The blocks of a record are mostly of one size. Behind the first text the list grows by itself, since
+    // to reserve for each text of many would copy the list as often.
+    if (before == 0)
+        block.Results.reserve(m_samplesOfLastBlock);
     m_block = &block;
     m_column = TimestampColumn;
     if (isLiteralWhenEscaped(m_separator))
         splitAtCharacter(text);
     else
         splitAtPattern(text);
+    return block.Results.size() - before;
+}
+
+void FluxReader::finishBlock(CMeasureBlock& block)
+{
     block.Results.squeeze();
-    m_samplesOfLastBlock = block.Results.size() - before;
-    return m_samplesOfLastBlock;
+    m_samplesOfLastBlock = block.Results.size();
 }
 
 void FluxReader::splitAtCharacter(const QString& text)

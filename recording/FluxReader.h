@@ -21,6 +21,9 @@ public:
     /// Appends the samples to the block. A text of white space only has none. Returns their number.
     int read(const QString& text, CMeasureBlock& block);
 
+    /// To be called behind the last text of a block: gives back what its list of samples has in reserve.
+    void finishBlock(CMeasureBlock& block);
+
 private:
     void readToken(QStringView token);
     void startSample(QStringView timestamp);

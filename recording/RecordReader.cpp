@@ -6,6 +6,7 @@
 #include "EnumTexts.h"
 
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -63,7 +64,7 @@ void setParameter(CMeasurementParameters& parameters, int position, const QStrin
 } // namespace
 
 RecordReader::RecordReader(QIODevice* device, const RecordFormat::Kind& kind, CDataset& dataset, State& state)
-    : m_device(device), m_xml(&m_device), m_kind(kind), m_dataset(dataset), m_state(state)
+    : m_text(device), m_device(&m_text), m_xml(&m_device), m_kind(kind), m_dataset(dataset), m_state(state)
 {
     m_xml.setEntityExpansionLimit(kMaxEntityExpansion);
 }
@@ -110,7 +111,7 @@ void RecordReader::readHeader()
 {
     while (m_xml.readNextStartElement()) {
         if (isAt(RecordFormat::kDateTime))
-            m_dataset.SetDate(m_xml.readElementText());
+            m_dataset.AssignDate(m_xml.readElementText());
         else
             skipElement();
     }
@@ -177,7 +178,11 @@ void RecordReader::readParameters()
     // The set describes what was recorded. Without its couplings no field is derived from another one, and
     // each stays as the file has it.
     QObject::disconnect(&parameters, nullptr, &parameters, nullptr);
-    m_dataset.AdoptMeasurementParameters(std::move(owned));
+    // All who hear of a set hold this one instead of the one before. Only the set of the previous load may be
+    // held by a view that is at work now.
+    using Replaced = CDataset::Replaced;
+    const bool isFirst = !std::exchange(m_hasReadParameters, true);
+    m_dataset.AdoptMeasurementParameters(std::move(owned), isFirst ? Replaced::Retire : Replaced::Delete);
 
     const QString text = m_xml.readElementText();
     int begin = 0;
@@ -194,6 +199,13 @@ void RecordReader::readParameters()
 bool RecordReader::readMeasurements()
 {
     CMeasureBlock& block = appendBlock();
+    const bool isRead = readBlock(block);
+    m_fluxReader.finishBlock(block);
+    return isRead;
+}
+
+bool RecordReader::readBlock(CMeasureBlock& block)
+{
     // Elements that are not known are not skipped: the walk goes on inside them.
     int depth = 1;
     while (depth > 0 && !m_xml.atEnd()) {

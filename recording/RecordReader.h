@@ -4,6 +4,7 @@
 #include "FluxReader.h"
 #include "RecordFormat.h"
 #include "TagLengthGuard.h"
+#include "Utf8XmlDevice.h"
 
 #include <QString>
 #include <QXmlStreamReader>
@@ -15,9 +16,10 @@ class QIODevice;
 /// One walk over the stream of a record file. What differs between the two kinds of records is left to a
 /// derived class.
 ///
-/// Files may be hostile. What no record has counts as an XML error, so that time and memory are bounded by
-/// the size of the file: elements nested hundreds deep, tags of thousands of characters, internal entities
-/// that expand to more than a few characters, default attributes.
+/// Files may be hostile. What no record has counts as an XML error: elements nested hundreds deep, tags of
+/// thousands of characters, internal entities that expand to more than a few characters, default attributes,
+/// unknown encodings. What is left takes time and memory in proportion to the size of the file, at worst for
+/// one that is all empty blocks: of each a dozen characters become an object of some hundred bytes.
 class RecordReader
 {
 public:
@@ -55,6 +57,7 @@ private:
     void readParameters();
     bool readRoot();
     bool readMeasurements();
+    bool readBlock(CMeasureBlock& block);
     Outcome readBlockElement(CMeasureBlock& block);
     void skipElement();
     void refuseDepth(int depth);
@@ -62,10 +65,12 @@ private:
     QString attribute(QLatin1String name) const;
     bool isAt(QLatin1String elementName) const { return m_xml.name() == elementName; }
 
+    Utf8XmlDevice m_text;
     TagLengthGuard m_device;
     QXmlStreamReader m_xml;
     const RecordFormat::Kind& m_kind;
     CDataset& m_dataset;
     State& m_state;
     FluxReader m_fluxReader;
+    bool m_hasReadParameters = false;
 };

@@ -10,7 +10,8 @@ constexpr char kCommentStart[] = "!--";
 constexpr char kCommentEnd[] = "-->";
 constexpr char kCDataStart[] = "![CDATA[";
 constexpr char kCDataEnd[] = "]]>";
-constexpr int kEndLength = 3;
+constexpr char kInstructionEnd[] = "?>";
+constexpr int kEndLength = 3; ///< of the longest end
 
 } // namespace
 
@@ -51,8 +52,7 @@ qint64 TagLengthGuard::countGood(const char* data, qint64 size)
             if (!tag)
                 return size;
             i = static_cast<const char*>(tag) - data;
-            m_place = Place::TagStart;
-            m_lastBytes.clear();
+            enter(Place::TagStart);
             m_tagLength = 0;
             continue;
         }
@@ -63,47 +63,75 @@ qint64 TagLengthGuard::countGood(const char* data, qint64 size)
     return size;
 }
 
+void TagLengthGuard::enter(Place place)
+{
+    m_place = place;
+    m_lastBytes.clear();
+}
+
 void TagLengthGuard::follow(char byte)
 {
     switch (m_place) {
     case Place::Text:
         break;
     case Place::TagStart:
-        m_lastBytes += byte;
-        if (m_lastBytes == kCommentStart) {
-            m_place = Place::Comment;
-            m_lastBytes.clear();
-        } else if (m_lastBytes == kCDataStart) {
-            m_place = Place::CData;
-            m_lastBytes.clear();
-        } else if (byte == '>') {
-            m_place = Place::Text;
-        } else if (!QByteArray::fromRawData(kCDataStart, sizeof kCDataStart - 1).startsWith(m_lastBytes) &&
-                   !QByteArray::fromRawData(kCommentStart, sizeof kCommentStart - 1)
-                        .startsWith(m_lastBytes)) {
-            // A declaration of the document type holds tags of its own.
-            m_place = m_lastBytes.startsWith('!') ? Place::Text : Place::Tag;
-        }
+        followStart(byte);
         break;
     case Place::Tag:
-        if (byte == '>') {
-            m_place = Place::Text;
-        } else if (byte == '"' || byte == '\'') {
-            m_place = Place::Quoted;
-            m_quote = byte;
-        }
+    case Place::Declaration:
+        followMarkup(byte);
         break;
     case Place::Quoted:
         if (byte == m_quote)
-            m_place = Place::Tag;
+            m_place = m_quotedPlace;
         break;
     case Place::Comment:
+        followToEnd(byte, kCommentEnd);
+        break;
     case Place::CData:
-        m_lastBytes += byte;
-        if (m_lastBytes.size() > kEndLength)
-            m_lastBytes.remove(0, 1);
-        if (m_lastBytes == (m_place == Place::Comment ? kCommentEnd : kCDataEnd))
-            m_place = Place::Text;
+        followToEnd(byte, kCDataEnd);
+        break;
+    case Place::Instruction:
+        followToEnd(byte, kInstructionEnd);
         break;
     }
+}
+
+void TagLengthGuard::followStart(char byte)
+{
+    m_lastBytes += byte;
+    const bool canBeSection =
+        QByteArray::fromRawData(kCDataStart, sizeof kCDataStart - 1).startsWith(m_lastBytes) ||
+        QByteArray::fromRawData(kCommentStart, sizeof kCommentStart - 1).startsWith(m_lastBytes);
+    if (m_lastBytes == kCommentStart) {
+        enter(Place::Comment);
+    } else if (m_lastBytes == kCDataStart) {
+        enter(Place::CData);
+    } else if (m_lastBytes == "?") {
+        enter(Place::Instruction);
+    } else if (!canBeSection) {
+        m_place = m_lastBytes.startsWith('!') ? Place::Declaration : Place::Tag;
+        followMarkup(byte);
+    }
+}
+
+void TagLengthGuard::followMarkup(char byte)
+{
+    // A declaration of the document type holds others in brackets.
+    if (byte == '>' || (byte == '[' && m_place == Place::Declaration)) {
+        m_place = Place::Text;
+    } else if (byte == '"' || byte == '\'') {
+        m_quotedPlace = m_place;
+        m_place = Place::Quoted;
+        m_quote = byte;
+    }
+}
+
+void TagLengthGuard::followToEnd(char byte, const char* end)
+{
+    m_lastBytes += byte;
+    if (m_lastBytes.size() > kEndLength)
+        m_lastBytes.remove(0, 1);
+    if (m_lastBytes.endsWith(end))
+        m_place = Place::Text;
 }

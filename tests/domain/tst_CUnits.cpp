@@ -113,11 +113,12 @@ private slots:
 
     void aFactorIsWidenedFromSinglePrecision()
     {
-        // 0.001 in double would give another float here.
         tFlux result = 0;
-        const float value = 16777215.0F;
-        QVERIFY(ConvertUnits(CUnits::MILLI_TESLA, CUnits::TESLA, result, value));
-        QCOMPARE(result, static_cast<float>(16777215.0 * 0.001000000047497451305389404296875));
+        QVERIFY(ConvertUnits(CUnits::MILLI_TESLA, CUnits::TESLA, result, 5.0F));
+        const auto expected = static_cast<float>(5.0 * 0.001000000047497451305389404296875);
+        // The decimal number in double gives another float. QCOMPARE would take both for equal.
+        QVERIFY(expected != static_cast<float>(5.0 * 0.001));
+        QVERIFY(result == expected);
     }
 
     void tableIndex()

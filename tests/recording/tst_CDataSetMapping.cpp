@@ -7,6 +7,10 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 using namespace RecordTestSupport;
 
 class tst_CDataSetMapping : public QObject
@@ -117,6 +121,21 @@ private slots:
         dataset.Clear();
         QCOMPARE(told.join(QLatin1Char(' ')), QStringLiteral("InstrumentName Date FilePath Cleared"));
     }
+
+#ifdef __GLIBC__
+    void clearGivesTheStorageBack()
+    {
+        CDataSetMapping dataset(m_settings);
+        const auto usedMemory = [] {
+            const struct mallinfo2 info = mallinfo2();
+            return info.uordblks + info.hblkhd;
+        };
+        const size_t before = usedMemory();
+        dataset.MeasureBlocks()->resize(1000000);
+        dataset.Clear();
+        QVERIFY2(usedMemory() < before + 50000, QByteArray::number(quint64(usedMemory() - before)));
+    }
+#endif
 
 private:
     CSettings m_settings{QString()};

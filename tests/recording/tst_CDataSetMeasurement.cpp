@@ -7,6 +7,10 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 using namespace RecordTestSupport;
 
 class tst_CDataSetMeasurement : public QObject
@@ -131,6 +135,36 @@ private slots:
         dataset.Clear();
         QCOMPARE(told.join(QLatin1Char(' ')), QStringLiteral("FilePath InstrumentName Date Cleared"));
     }
+
+    void tellsEachDroppedBlock()
+    {
+        m_settings.SetMeasurementMaxMeasurementCount(10);
+        CDataSetMeasurement dataset(m_settings);
+        dataset.AddBlock(blockOf(0));
+        dataset.AddBlock(blockOf(10));
+        QSignalSpy count(&dataset, &CDataset::ResultsCountChanged);
+        dataset.AddBlock(blockOf(10));
+        QCOMPARE(dataset.MeasureBlocks()->size(), size_t(1));
+        QCOMPARE(count.count(), 3);
+        QCOMPARE(count[0][0].toULongLong(), 20ULL);
+        QCOMPARE(count[1][0].toULongLong(), 20ULL); // the empty block
+        QCOMPARE(count[2][0].toULongLong(), 10ULL);
+    }
+
+#ifdef __GLIBC__
+    void clearGivesTheStorageBack()
+    {
+        CDataSetMeasurement dataset(m_settings);
+        const auto usedMemory = [] {
+            const struct mallinfo2 info = mallinfo2();
+            return info.uordblks + info.hblkhd;
+        };
+        const size_t before = usedMemory();
+        dataset.MeasureBlocks()->resize(1000000);
+        dataset.Clear();
+        QVERIFY2(usedMemory() < before + 50000, QByteArray::number(quint64(usedMemory() - before)));
+    }
+#endif
 
 private:
     CSettings m_settings{QString()};

@@ -274,6 +274,17 @@ private slots:
         QVERIFY(!QFile::exists(m_directory.filePath(QStringLiteral("a.qdr.csv"))));
     }
 
+    void saveTellsTheFileNameEachTime()
+    {
+        CRecordingManagerMeasure manager(m_settings);
+        manager.AddMeasureBlock(blockOf(1));
+        QSignalSpy path(manager.DataSet(), &CDataset::FilePathChanged);
+        for (int i = 0; i < 2; ++i)
+            manager.Save(m_directory.filePath(QStringLiteral("again.qdr.xml")));
+        QCOMPARE(path.count(), 2);
+        QCOMPARE(path[1][0].toString(), QStringLiteral("again.qdr.xml"));
+    }
+
     void saveReplacesAnOldFileWhole()
     {
         const QString path = m_directory.filePath(QStringLiteral("old.qdr.xml"));

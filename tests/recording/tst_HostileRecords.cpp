@@ -8,6 +8,7 @@
 #include "RecordTestSupport.h"
 
 #include <QFile>
+#include <QTextCodec>
 #include <QtTest>
 
 #include <functional>
@@ -246,6 +247,18 @@ private slots:
         const QByteArray root = "<NorvaneXmlRecord ver=\"1.0\">";
         QTest::newRow("in a child") << root + "<header" + attributes + "/></NorvaneXmlRecord>";
         QTest::newRow("in an end tag") << root + "<header></header" + attributes + "></NorvaneXmlRecord>";
+        QTest::newRow("in the declaration") << "<?xml version=\"?>\"" + attributes + "?>" + root;
+        // In these the reader sees one tag, and who looks at the bytes many.
+        QString wide = QStringLiteral("<NorvaneXmlRecord ver=\"1.0\"><header");
+        for (int i = 0; i < 100000; ++i)
+            wide += QStringLiteral(" \u3E3E%1=\"\"").arg(i);
+        wide += QLatin1String("/></NorvaneXmlRecord>");
+        for (const char* codec : {"UTF-16", "UTF-16BE", "UTF-32LE"})
+            QTest::newRow(codec) << QTextCodec::codecForName(codec)->fromUnicode(wide);
+        const QByteArray declaration = "<?xml version=\"1.0\" encoding=\"UTF-16LE\"?>";
+        QTest::newRow("other encoding than declared")
+            << declaration + QByteArray(declaration.size(), ' ') +
+                   QTextCodec::codecForName("UTF-16LE")->fromUnicode(wide).mid(2);
         QByteArray defaults = "<!DOCTYPE b [<!ATTLIST a";
         for (int i = 0; i < 2000; ++i)
             defaults += " a" + QByteArray::number(i) + " CDATA \"\"";
@@ -286,6 +299,55 @@ private slots:
         QCOMPARE(dataset.MeasureBlocks()->size(), size_t(2));
         QCOMPARE(dataset.MeasureBlocks()->at(0)->Results.size(),
                  2001); // with the one behind the last line end
+    }
+
+    void quotesOutsideOfTags()
+    {
+        const QByteArray rows = QByteArray("2024.03.01T10:11:12.5;1;2;3;4;5;6;7\n").repeated(1000);
+        QByteArray text =
+            record("<?note don't > \" ?><measurements><flux>" + rows + "</flux></measurements><?long " +
+                   QByteArray("it's <").repeated(2000) + "?><measurements/>");
+        const int root = text.indexOf("<Norvane");
+        text.insert(root, "<?style it's?><!-- isn't \" --><!DOCTYPE b [<!ENTITY a \"x<y'>\">"
+                          "<?in it's?><!-- isn't --><!ENTITY b '\"'>]>\n");
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
+        QCOMPARE(dataset.MeasureBlocks()->size(), size_t(2));
+        QCOMPARE(dataset.MeasureBlocks()->at(0)->Results.size(), 1001);
+    }
+
+    void manyElementsOfOneKind_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<int>("samples");
+        QTest::newRow("texts of one block")
+            << "<measurements>" + QByteArray("<flux>1</flux>").repeated(200000) + "</measurements>" << 200000;
+        QTest::newRow("parameters") << QByteArray("<parameters/>").repeated(100000) << 0;
+        QTest::newRow("blocks") << QByteArray("<measurements/>").repeated(100000) << 0;
+    }
+
+    void manyElementsOfOneKind()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(int, samples);
+        QByteArray text = record(content);
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
+        QVERIFY2(timer.elapsed() < 20000, QByteArray::number(timer.elapsed()));
+        QCOMPARE(dataset.ResultsCount(), static_cast<quint64>(samples));
+        QVERIFY(dataset.children().size() <= 1);
+        if (samples > 0) {
+            const auto& results = dataset.MeasureBlocks()->back()->Results;
+            QCOMPARE(results.capacity(), results.size());
+        }
     }
 
     void predefinedEntitiesDoNotCount()

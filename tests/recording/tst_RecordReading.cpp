@@ -5,8 +5,10 @@
 #include "CXMLResultsSerializer.h"
 #include "RecordTestSupport.h"
 
+#include <QPointer>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTextCodec>
 #include <QtTest>
 
 #include <cmath>
@@ -336,6 +338,37 @@ private slots:
                  QStringLiteral("Units DisplayUnits UncertaintyUnits AcquisitionRate"));
     }
 
+    /// Only the set that a view at work may hold waits for the event loop.
+    void parametersOfTheSameReadDoNotPileUp()
+    {
+        QVERIFY(readMeasurement(record("<parameters/>")));
+        const QPointer<CMeasurementParameters> previous = m_measurement->MeasurementParameters();
+        QVector<QPointer<CMeasurementParameters>> told;
+        connect(m_measurement.get(), &CDataset::MeasurementParametersChanged, this,
+                [&](CMeasurementParameters* parameters) {
+                    QVERIFY(told.isEmpty() || told.last()); // the one before is still there
+                    told << parameters;
+                });
+        QVERIFY(readMeasurement(record("<parameters/><parameters/><parameters>Units=G</parameters>")));
+        QCOMPARE(told.size(), 3);
+        QVERIFY(previous);
+        QVERIFY(!told[0] && !told[1]);
+        QCOMPARE(m_measurement->MeasurementParameters(), told[2].data());
+        QCOMPARE(m_measurement->MeasurementParameters()->Units(), CUnits::GAUSS);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!previous);
+        QVERIFY(told[2]);
+    }
+
+    void dateIsToldAlsoWhenItIsTheSame()
+    {
+        QSignalSpy date(m_measurement.get(), &CDataset::DateChanged);
+        QVERIFY(readMeasurement(record(QByteArray())));
+        QVERIFY(readMeasurement(record(QByteArray())));
+        QCOMPARE(date.count(), 2);
+        QCOMPARE(date[1][0].toString(), QStringLiteral("2024.03.01T10:00:00"));
+    }
+
     void onlyThePositionOfAParameterCounts_data()
     {
         QTest::addColumn<QByteArray>("text");
@@ -461,6 +494,48 @@ private slots:
         QVERIFY(readMeasurement(codec->fromUnicode(QString::fromUtf8(text))));
         QCOMPARE(m_measurement->ResultsCount(), quint64(2));
         QCOMPARE(m_measurement->MeasureBlocks()->at(0)->Results[0]->dB(), 7.0F);
+    }
+
+    void encodings_data()
+    {
+        QTest::addColumn<QByteArray>("codec");
+        QTest::addColumn<QByteArray>("declared");
+        QTest::addColumn<bool>("hasMark");
+        for (const char* codec : {"UTF-16LE", "UTF-16BE", "UTF-32LE", "UTF-32BE", "UTF-8"}) {
+            for (const char* declared : {" encoding=\"UTF-16\"", " encoding='UTF-8'", ""}) {
+                if (qstrcmp(codec, "UTF-8") == 0 && qstrcmp(declared, " encoding=\"UTF-16\"") == 0)
+                    continue;
+                for (const bool hasMark : {true, false})
+                    QTest::addRow("%s,%s%s", codec, declared, hasMark ? ", mark" : "")
+                        << QByteArray(codec) << QByteArray(declared) << hasMark;
+            }
+        }
+        for (const char* codec : {"ISO-8859-13", "windows-1257"})
+            QTest::newRow(codec) << QByteArray(codec) << QByteArray(" encoding = '") + codec + "' " << false;
+    }
+
+    /// In other encodings the bytes of "<", ">" and quotes are parts of other characters as well.
+    void encodings()
+    {
+        QFETCH(QByteArray, codec);
+        QFETCH(QByteArray, declared);
+        QFETCH(bool, hasMark);
+        const QByteArray rows = QByteArray("2024.03.01T10:11:12.5;1;2;3;4;5;6;7\n").repeated(999) +
+                                "2024.03.01T10:11:12.5;1;2;3;4;5;6;7";
+        const QString comment = QStringLiteral("\u013C don't \u0122\u0123 ");
+        QByteArray content = record("<!-- @@ --><measurements><comment>" + QByteArray("@").repeated(2000) +
+                                    "</comment><flux>" + rows + "</flux></measurements>");
+        content.replace(" encoding=\"UTF-8\"", declared);
+        QString text = QString::fromUtf8(content).replace(QLatin1Char('@'), comment);
+        if (hasMark)
+            text.prepend(QChar(QChar::ByteOrderMark));
+        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+        QVERIFY(readMeasurement(
+            QTextCodec::codecForName(codec)->fromUnicode(text.constData(), text.size(), &state)));
+        QCOMPARE(m_measurement->MeasureBlocks()->size(), size_t(1));
+        QCOMPARE(m_measurement->MeasureBlocks()->at(0)->Results.size(), 1000);
+        QCOMPARE(m_measurement->MeasureBlocks()->at(0)->Comment().size(), comment.size() * 2000);
+        QVERIFY(m_measurement->MeasureBlocks()->at(0)->Comment().startsWith(comment));
     }
 
     void noLimitWhileReading()

@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <clocale>
+
 using namespace RecordTestSupport;
 
 namespace {
@@ -188,8 +190,64 @@ private slots:
         QVERIFY(!CXMLResultsSerializer().WriteMeasurement(dataset, &file));
     }
 
+    /// A text with one of them cannot be written, but the rest of it and of the record can.
+    void charactersThatXmlLacksAreLeftOut_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("written");
+        const auto with = [](ushort code) { return QStringLiteral("a%1b").arg(QChar(code)); };
+        for (const ushort code :
+             {0x1, 0x8, 0xB, 0xC, 0xE, 0x1F, 0xFFFE, 0xFFFF, 0xD800, 0xDBFF, 0xDC00, 0xDFFF})
+            QTest::addRow("U+%04X", code) << with(code) << QStringLiteral("ab");
+        for (const ushort code : {0x9, 0xA, 0x20, 0x7F, 0xD7FF, 0xE000, 0xFFFD})
+            QTest::addRow("kept U+%04X", code) << with(code) << with(code);
+        QTest::newRow("zero") << with(0) << QStringLiteral("ab");
+        const QString pair = QString::fromUcs4(U"\U0001F9F2", 1);
+        QTest::newRow("kept pair") << pair << pair;
+        QTest::newRow("half a pair behind a pair") << pair + pair.at(0) << pair;
+        QTest::newRow("halves in the wrong order") << QString(pair.at(1)) + pair.at(0) << QString();
+        QTest::newRow("lone half before a pair") << QString(pair.at(0)) + pair << pair;
+    }
+
+    void charactersThatXmlLacksAreLeftOut()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, written);
+        CDataSetMeasurement dataset(m_settings);
+        dataset.SetComment(text);
+        dataset.SetInstrumentName(text);
+        for (int i = 0; i < 3; ++i) {
+            dataset.AddBlock(blockOf(1));
+            dataset.MeasureBlocks()->back()->SetComment(text);
+        }
+        QBuffer buffer;
+        buffer.open(QIODevice::ReadWrite);
+        QVERIFY(CXMLResultsSerializer().WriteMeasurement(dataset, &buffer));
+
+        buffer.seek(0);
+        CDataSetMeasurement readBack(m_settings);
+        QVERIFY(CXMLResultsSerializer().ReadMeasurement(&buffer, readBack));
+        QCOMPARE(readBack.Comment(), written);
+        QCOMPARE(readBack.InstrumentName(), written);
+        QCOMPARE(readBack.MeasureBlocks()->size(), size_t(3));
+        QCOMPARE(readBack.MeasureBlocks()->back()->Comment(), written);
+        QCOMPARE(readBack.ResultsCount(), quint64(3));
+    }
+
+    void numbersDoNotFollowTheLocale_data()
+    {
+        QTest::addColumn<bool>("isLocaleOfTheProcess");
+        QTest::newRow("default of the toolkit") << false;
+        QTest::newRow("of the process too") << true;
+    }
+
     void numbersDoNotFollowTheLocale()
     {
+        QFETCH(bool, isLocaleOfTheProcess);
+        const QByteArray processBefore = std::setlocale(LC_ALL, nullptr);
+        const auto restoreProcess = qScopeGuard([&] { std::setlocale(LC_ALL, processBefore.constData()); });
+        if (isLocaleOfTheProcess && !std::setlocale(LC_ALL, "de_DE.UTF-8"))
+            QSKIP("this system has no German locale");
         const QLocale before;
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
         CDataSetMapping dataset(m_settings);

@@ -180,6 +180,27 @@ private slots:
         QCOMPARE(manager.EndOfReplayTimer().interval(), 100);
     }
 
+    /// An invalid time is not the beginning of the epoch.
+    void fromUntimedToTimed()
+    {
+        auto untimed = QSharedPointer<CMeasureBlock>::create();
+        untimed->Results.append(sampleAt(QDateTime(), 0));
+        const auto halfTimed = blockOf(1);
+        halfTimed->Results.prepend(sampleAt(QDateTime(), 0));
+        MeasureManager manager(m_settings);
+        manager.AddMeasureBlock(untimed);
+        manager.AddMeasureBlock(blockOf(1));
+        manager.AddMeasureBlock(halfTimed);
+        manager.SetEndReplayIndex(2);
+        manager.StartReplay();
+        for (int i = 0; i < 2; ++i) {
+            manager.PlayNextStep();
+            QCOMPARE(manager.ReplayTimer().interval(), 0);
+        }
+        manager.PlayNextStep();
+        QCOMPARE(manager.EndOfReplayTimer().interval(), 100);
+    }
+
     void wholeReplay()
     {
         MeasureManager manager(m_settings);
