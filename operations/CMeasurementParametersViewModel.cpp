@@ -265,8 +265,11 @@ void CMeasurementParametersViewModel::OnSelectedRangeIndexChanged(int index)
         return;
     m_parameters->SetAutoRange(index == 0);
     const QList<tFlux> ranges = device->RangeList();
-    if (index > 0 && index <= ranges.size())
-        m_parameters->SetRange(ranges.at(index - 1));
+    if (index <= 0 || index > ranges.size())
+        return;
+    m_parameters->SetRange(ranges.at(index - 1));
+    // A range that the instrument did not know has moved the selection to 0 on the way.
+    m_selectedRangeIndex = index;
 }
 
 void CMeasurementParametersViewModel::OnSelectedTriggerModeIndexChanged(int index)
