@@ -6,6 +6,7 @@
 #include "COperationsManager.h"
 #include "CPluginsManager.h"
 #include "CSettings.h"
+#include "CUserNotifier.h"
 #include "MetaObjectTable.h"
 #include "SettingsDirectoryPath.h"
 #include "ShellTestSupport.h"
@@ -32,6 +33,13 @@ const char kQuitQuestion[] =
     "Are you sure you want to quit the current operation?|All the measured data will be lost";
 
 } // namespace
+
+class SilentNotifier : public CUserNotifier
+{
+public:
+    void ShowTrayMessage(const QString& /*title*/, const QString& /*text*/) override {}
+    void Beep() override {}
+};
 
 class tst_CMainViewModel : public QObject
 {
@@ -103,6 +111,7 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
+    SilentNotifier m_notifier;
     std::unique_ptr<CSettings> m_settings;
     std::unique_ptr<CPluginsManager> m_plugins;
     std::unique_ptr<QQmlEngine> m_engine;
@@ -126,7 +135,7 @@ void tst_CMainViewModel::init()
     m_operations =
         std::make_unique<COperationsManager>(m_settings.get(), m_plugins.get(), m_supervisor.get());
     m_main = std::make_unique<CMainViewModel>(m_settings.get(), m_engine->rootContext(), m_operations.get(),
-                                              m_supervisor.get());
+                                              m_supervisor.get(), &m_notifier);
 }
 
 void tst_CMainViewModel::cleanup()
@@ -694,7 +703,7 @@ void tst_CMainViewModel::endsWithItsPage()
     const QPointer<CPageViewModel> page = m_main->pActivePageViewModel();
     m_main->Terminate();
     m_main = std::make_unique<CMainViewModel>(m_settings.get(), m_engine->rootContext(), m_operations.get(),
-                                              m_supervisor.get());
+                                              m_supervisor.get(), &m_notifier);
     QVERIFY(!page);
 }
 
