@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CPlotTable.h"
 
+#include <QLineSeries>
 #include <QQmlEngine>
-#include <QXYSeries>
 
 #include <cmath>
 #include <limits>
@@ -12,8 +12,9 @@ CPlotTable::CPlotTable(QObject* parent) : QIdentityProxyModel(parent)
     connect(this, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_hasGaps = false; });
 }
 
-void CPlotTable::RegisterQmlType()
+void CPlotTable::RegisterQmlTypes()
 {
+    qmlRegisterType<QtCharts::QLineSeries>("Kestrix.Charts", 1, 0, "PointBuffer");
     qmlRegisterType<CPlotTable>("Kestrix.Charts", 1, 0, "PlotTable");
 }
 

@@ -16,8 +16,10 @@ class CPlotTable : public QIdentityProxyModel
 public:
     explicit CPlotTable(QObject* parent = nullptr);
 
-    /// "PlotTable" of the QML module "Kestrix.Charts" 1.0.
-    static void RegisterQmlType();
+    /// "PlotTable" and "PointBuffer" of the QML module "Kestrix.Charts" 1.0. The latter is the series for a
+    /// mapper to fill: QML's own line series counts its points at each one that is added, by copying them
+    /// all.
+    static void RegisterQmlTypes();
 
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 

@@ -11,7 +11,7 @@ class KESTRIX_API CAlarm : public QObject
     Q_OBJECT
 
 public:
-    enum AlarmState { Off = 1, Notification = 2, Audio = 3, FlagNotification = 4 };
+    enum AlarmState : int { Off = 1, Notification = 2, Audio = 3, FlagNotification = 4 };
     Q_ENUM(AlarmState)
 
     using QObject::QObject;

@@ -11,7 +11,7 @@ class KESTRIX_API CAxis : public QObject
     Q_OBJECT
 
 public:
-    enum AxisType { B = 1, BBprime = 2, Bx = 3, By = 4, Bz = 5, dB = 6 };
+    enum AxisType : int { B = 1, BBprime = 2, Bx = 3, By = 4, Bz = 5, dB = 6 };
     Q_ENUM(AxisType)
 
     using QObject::QObject;

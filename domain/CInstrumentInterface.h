@@ -11,7 +11,7 @@ class KESTRIX_API CInstrumentInterface : public QObject
     Q_OBJECT
 
 public:
-    enum Interface { Unknown = 1, USB = 2, Ethernet = 3, Serial = 4 };
+    enum Interface : int { Unknown = 1, USB = 2, Ethernet = 3, Serial = 4 };
     Q_ENUM(Interface)
 
     using QObject::QObject;

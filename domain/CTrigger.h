@@ -13,7 +13,7 @@ class KESTRIX_API CTrigger : public QObject
     Q_OBJECT
 
 public:
-    enum TriggerMode { CONTINUOUS = 1, IMMEDIATE = 2, TIMER = 3, EXTERNAL = 4 };
+    enum TriggerMode : int { CONTINUOUS = 1, IMMEDIATE = 2, TIMER = 3, EXTERNAL = 4 };
     Q_ENUM(TriggerMode)
 
     using QObject::QObject;

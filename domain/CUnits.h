@@ -13,7 +13,8 @@ class KESTRIX_API CUnits : public QObject
     Q_OBJECT
 
 public:
-    enum UnitType {
+    // Of fixed type, as the other enumerations of files and QML are: numbers that are no unit come in there.
+    enum UnitType : int {
         TESLA = 1,
         MILLI_TESLA = 2,
         MICRO_TESLA = 3,

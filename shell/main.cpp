@@ -2,6 +2,7 @@
 #include "ApplicationDirPath.h"
 #include "CApplication.h"
 #include "InitResources.h"
+#include "LocalTimeZone.h"
 #include "ProductInfo.h"
 
 #include <QApplication>
@@ -10,6 +11,7 @@
 
 int main(int argc, char* argv[])
 {
+    keepLocalTimeZone();
     QCoreApplication::setOrganizationName(kOrganizationName);
     QCoreApplication::setOrganizationDomain(kOrganizationDomain);
     QCoreApplication::setApplicationName(kApplicationName);

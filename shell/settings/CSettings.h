@@ -64,7 +64,7 @@ class CSettings : public QObject
     Q_PROPERTY(QStringList XAxisTypeNames READ XAxisTypeNames CONSTANT)
 
 public:
-    enum t_Mapping2DPlotHorizontalAxisType {
+    enum t_Mapping2DPlotHorizontalAxisType : int {
         e_HorizAxisIsTime = 0,
         e_HorizAxisIsXPosition = 1,
         e_HorizAxisIsYPosition = 2,

@@ -31,13 +31,10 @@ int integerDigits(double value)
 QString expectedText(double value, int significantNb, bool leftSpacePadding)
 {
     const int digits = significantNb < 0 ? 5 : significantNb;
-    QString text;
-    if (std::isfinite(value) && integerDigits(value) > 3)
-        text = ExactDecimal::fixed(std::floor(value), 0);
-    else if (const int decimals = digits - integerDigits(value); decimals < 0)
-        text = ExactDecimal::fixed(value, 6);
-    else
-        text = ExactDecimal::fixed(value, decimals);
+    const int decimals = digits - integerDigits(value);
+    const QString text = std::isfinite(value) && integerDigits(value) > 3
+                             ? ExactDecimal::fixed(std::floor(value), 0)
+                             : ExactDecimal::fixed(value, decimals < 0 ? 6 : decimals);
     const int blanks = value < 0 ? 6 - digits : 7 - digits;
     return leftSpacePadding ? QString(qMax(0, blanks), QLatin1Char(' ')) + text : text;
 }
@@ -46,11 +43,9 @@ QString expectedAlignedText(double value)
 {
     const QString floored = ExactDecimal::fixed(std::floor(value), 0);
     QString text(qMax(0, 7 - floored.size()), QLatin1Char(' '));
-    if (!std::isfinite(value))
-        text += floored;
-    else if (std::fabs(value) < 1)
+    if (std::fabs(value) < 1)
         text += ExactDecimal::fixed(value, 4);
-    else if (integerDigits(value) > 3)
+    else if (!std::isfinite(value) || integerDigits(value) > 3)
         text += floored;
     else
         text += ExactDecimal::fixed(value, 4 - integerDigits(value));

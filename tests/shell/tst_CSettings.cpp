@@ -363,10 +363,10 @@ void TestCSettings::badTextsKeepTheValue()
 
 void TestCSettings::valuesBeyondTheirMeaningAreKept()
 {
-    writeFile(withRoot(element("Meter3DCameraPreset", "99") + element("AveragingMode", "1000") +
+    writeFile(withRoot(element("Meter3DCameraPreset", "25") + element("AveragingMode", "1000") +
                        element("Mapping3DZoomLevel", "-1e300")));
     const CSettings settings(kApplicationDir);
-    QCOMPARE(static_cast<int>(settings.Meter3DCameraPreset()), 99);
+    QCOMPARE(static_cast<int>(settings.Meter3DCameraPreset()), 25);
     QCOMPARE(settings.AveragingMode(), 1000);
     QCOMPARE(settings.Mapping3DZoomLevel(), -1e300);
 }

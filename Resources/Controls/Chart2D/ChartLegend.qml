@@ -53,6 +53,7 @@ Rectangle {
         }
     }
 
+    onSpritesChanged: hoveredRow = -1
     implicitWidth: 100
     implicitHeight: rows.implicitHeight + 20
     color: Style.ComponentSelectorBackground

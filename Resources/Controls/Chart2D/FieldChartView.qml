@@ -44,7 +44,11 @@ ChartView {
     }
 
     function createAllSeries() {
-        for (const sprite of sprites)
+        // The legend lets go of the series first.
+        const former = sprites;
+        sprites = [];
+        yZeroSeries = null;
+        for (const sprite of former)
             sprite.destroy();
         chartView.removeAllSeries();
         const names = [qsTr("B"), qsTr("B·B'"), bxLabel, byLabel, bzLabel, qsTr("B ± ε(B)"), qsTr("B + ε(B)")];

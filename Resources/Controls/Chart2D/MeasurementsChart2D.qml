@@ -274,7 +274,7 @@ Item {
                     anchors.left: parent.left
                     anchors.leftMargin: chartView.plotArea.x
                     anchors.right: parent.right
-                    anchors.rightMargin: 10
+                    anchors.rightMargin: chartView.width - chartView.plotArea.x - chartView.plotArea.width
                     anchors.bottom: parent.bottom
                     height: 40
 

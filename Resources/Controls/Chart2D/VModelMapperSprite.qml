@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick 2.15
 import QtCharts 2.3
+import Kestrix.Charts 1.0
 
 // One column of a chart model on its way to a series of a chart. The mapper fills a series that is in no chart: in
 // one it would make the chart lay itself out at every point.
@@ -14,13 +15,14 @@ QtObject {
     // What the user chose, as opposed to the series' own `visible`, which hovering over the legend changes.
     property bool masterVisible: true
 
-    readonly property LineSeries buffer: LineSeries {
+    readonly property XYSeries buffer: PointBuffer {
     }
     readonly property VXYModelMapper mapper: VXYModelMapper {
         series: sprite.buffer
         model: sprite.plotTable
         firstRow: 0
-        rowCount: sprite.rowCount
+        // A mapper of no rows warns when the model has some, which is what it sees first when data come.
+        rowCount: Math.max(1, sprite.rowCount)
         xColumn: 0
         yColumn: sprite.yColumn
     }
