@@ -67,6 +67,12 @@ ColumnLayout {
         onClicked: ActivePageViewModel.resetAllMaximum()
     }
 
+    OutOfBoundsWarning {
+        objectName: "outOfBoundsWarning"
+        Layout.leftMargin: 10
+        visible: ActivePageViewModel.AlarmParametersViewModel.FlagNotification
+    }
+
     Item {
         Layout.fillHeight: true
     }
