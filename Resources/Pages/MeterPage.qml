@@ -253,7 +253,7 @@ Item {
 
         objectName: "parametersBoxes"
         parent: MainViewModel.SmallWindowSize ? parametersDrawer.boxArea : parametersPanel.boxArea
-        width: parent.width
+        width: Style.ParametersPanelWidth - Style.ParametersScrollBarWidth
     }
 
     ParametersPanel {

@@ -16,7 +16,8 @@ Drawer {
     interactive: false
     closePolicy: Popup.NoAutoClose
     padding: 0
-    width: MainViewModel.ParameterMenuExpanded ? Style.ParametersPanelWidth : Style.SmallMainMenuClosedWidth
+    leftPadding: Style.BorderWidth
+    width: leftPadding + (MainViewModel.ParameterMenuExpanded ? Style.ParametersPanelWidth : Style.SmallMainMenuClosedWidth)
     height: MainViewModel.MainWindowHeight - Style.StatusBarHeight
     position: MainViewModel.SmallWindowSize ? 1 : 0
     visible: MainViewModel.SmallWindowSize

@@ -48,6 +48,8 @@ KXCComboBox {
     }
 
     Binding {
+        // The view model may ask the user and refuse: not in the middle of the choice.
+        delayed: true
         target: choice.viewModel
         property: choice.indexProperty
         value: choice.currentIndex

@@ -34,12 +34,14 @@ ColumnLayout {
         objectName: "dateLine"
         label: qsTr("Date:")
         value: information.dataset.Date
+        valueWrapMode: Text.Wrap
     }
 
     InformationLine {
         objectName: "instrumentLine"
         label: qsTr("Instr.:")
         value: information.dataset.InstrumentName
+        valueWrapMode: Text.Wrap
     }
 
     InformationLine {
