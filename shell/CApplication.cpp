@@ -9,7 +9,7 @@
 #include "SettingsDirectoryPath.h"
 
 #include <QAction>
-#include <QCoreApplication>
+#include <QApplication>
 #include <QEventLoop>
 #include <QFontDatabase>
 #include <QIcon>
@@ -28,6 +28,7 @@
 namespace {
 
 constexpr int kInstrumentListTimeoutMs = 2000;
+constexpr int kTrayMessageMs = 5000;
 
 std::atomic<CApplication*> instance{nullptr};
 // Held by other threads while they use the instance, and by the main thread while it takes the instance away.
@@ -96,7 +97,7 @@ CApplication::CApplication(QObject* parent)
     : QObject(parent), m_settings(ApplicationDirPath), m_pluginsManager(m_settings, this),
       m_supervisor(&m_settings, this),
       m_operationsManager(&m_settings, &m_pluginsManager, &m_supervisor, this),
-      m_mainViewModel(&m_settings, m_engine.rootContext(), &m_operationsManager, &m_supervisor, this),
+      m_mainViewModel(&m_settings, m_engine.rootContext(), &m_operationsManager, &m_supervisor, this, this),
       m_loggingCategory("Kestrix.CApplication"), m_logger(SettingsDirectoryPath, this)
 {
     qDebug() << "CApplication::CApplication() // thread " << thread();
@@ -128,6 +129,17 @@ void CApplication::CreateTrayIcon()
     m_trayIcon->setIcon(QIcon(QStringLiteral(":/Resources/Icons/Kestrix.ico")));
     m_trayIcon->setToolTip(kApplicationName);
     m_trayIcon->setVisible(true);
+}
+
+void CApplication::ShowTrayMessage(const QString& title, const QString& text)
+{
+    if (m_trayIcon)
+        m_trayIcon->showMessage(title, text, QSystemTrayIcon::Warning, kTrayMessageMs);
+}
+
+void CApplication::Beep()
+{
+    QApplication::beep();
 }
 
 void CApplication::Initialize()

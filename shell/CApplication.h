@@ -7,10 +7,12 @@
 #include "COperationsManager.h"
 #include "CPluginsManager.h"
 #include "CSettings.h"
+#include "CUserNotifier.h"
 
 #include <QDateTime>
 #include <QLoggingCategory>
 #include <QObject>
+#include <QPointer>
 #include <QQmlApplicationEngine>
 #include <QString>
 #include <QVector>
@@ -24,7 +26,7 @@ class QSystemTrayIcon;
 /// Composition root: owns every long-lived model by value and destroys them in reverse order. It also owns
 /// the tray icon, and the messages of the whole process end here. Made on first use, gone after
 /// onAboutToQuit(). Needs a QApplication; main thread only, except where told.
-class CApplication : public QObject
+class CApplication : public QObject, private CUserNotifier
 {
     Q_OBJECT
     Q_PROPERTY(CSettings* Settings READ Settings CONSTANT)
@@ -63,6 +65,9 @@ private:
 
     explicit CApplication(QObject* parent);
 
+    void ShowTrayMessage(const QString& title, const QString& text) override;
+    void Beep() override;
+
     void CreateTrayIcon();
     void StartInstrumentPlugins();
     void LoadFonts();
@@ -81,7 +86,7 @@ private:
     QLoggingCategory m_loggingCategory;
     QAction* m_quitAction = nullptr; ///< child
     std::unique_ptr<QMenu> m_trayMenu;
-    QSystemTrayIcon* m_trayIcon = nullptr; ///< child
+    QPointer<QSystemTrayIcon> m_trayIcon; ///< child; gone before this object
     CLogger m_logger;
 
     bool m_isInitialized = false;

@@ -31,9 +31,10 @@ QString noInstrument()
 
 CMainViewModel::CMainViewModel(CSettings* settings, QQmlContext* rootContext,
                                COperationsManager* operationsManager, CInstrumentSupervisor* supervisor,
-                               QObject* parent)
+                               CUserNotifier* notifier, QObject* parent)
     : QObject(parent), m_settings(settings), m_rootContext(rootContext),
-      m_operationsManager(operationsManager), m_supervisor(supervisor), m_logMessageList(*settings)
+      m_operationsManager(operationsManager), m_supervisor(supervisor), m_notifier(notifier),
+      m_logMessageList(*settings)
 {
     m_rootContext->setContextProperty(QStringLiteral("MainViewModel"), this);
     connect(m_supervisor, &CInstrumentSupervisor::HasActiveInstrumentChanged, this,
@@ -55,8 +56,9 @@ void CMainViewModel::Terminate()
 void CMainViewModel::displayMeterPage()
 {
     COperationMeasure* operation = m_operationsManager->OperationMeasure();
-    MoveToOperationPage({QStringLiteral("Pages/MeterPage.qml"), operation,
-                         [this, operation] { return new CMeterOperationViewModel(operation, m_settings); }});
+    MoveToOperationPage({QStringLiteral("Pages/MeterPage.qml"), operation, [this, operation] {
+                             return new CMeterOperationViewModel(operation, m_settings, m_notifier);
+                         }});
 }
 
 void CMainViewModel::MoveToOperationPage(const OperationPage& page)

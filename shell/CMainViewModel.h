@@ -16,6 +16,7 @@ class CInstrumentSupervisor;
 class COperation;
 class COperationsManager;
 class CSettings;
+class CUserNotifier;
 class QQmlContext;
 
 /// What the window frame binds to, and the one place that changes pages. A page is a QML file with a view
@@ -54,7 +55,7 @@ class CMainViewModel : public QObject
 public:
     /// The arguments must outlive the view model. Publishes itself as "MainViewModel" in `rootContext`.
     CMainViewModel(CSettings* settings, QQmlContext* rootContext, COperationsManager* operationsManager,
-                   CInstrumentSupervisor* supervisor, QObject* parent = nullptr);
+                   CInstrumentSupervisor* supervisor, CUserNotifier* notifier, QObject* parent = nullptr);
     ~CMainViewModel() override;
 
     /// Ends the active operation.
@@ -130,6 +131,7 @@ private:
     QQmlContext* m_rootContext;
     COperationsManager* m_operationsManager;
     CInstrumentSupervisor* m_supervisor;
+    CUserNotifier* m_notifier;
     CLogMessageList m_logMessageList;
     CLogFilterProxyModel m_logMessageProxy;
 

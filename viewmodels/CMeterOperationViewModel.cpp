@@ -23,13 +23,21 @@ constexpr int kDirectMode = 0;
 constexpr int kAlternatingMode = 1;
 constexpr int kShortestDelayMs = 1;
 
+CAlarmParametersMeter& alarmParameters(COperationMeasure* operation)
+{
+    return *operation->OperationParameters()->AlarmParametersMeter();
+}
+
 } // namespace
 
 CMeterOperationViewModel::CMeterOperationViewModel(COperationMeasure* operation, CSettings* settings,
-                                                   QObject* parent)
+                                                   CUserNotifier* notifier, QObject* parent)
     : CMeasurementOperationViewModel(QStringLiteral("MeterOperation"), operation, settings, parent),
-      m_datasetViewModel(dataSet(), recordingManager())
+      m_measurementParametersViewModel(operation, false), m_alarmParametersViewModel(operation),
+      m_datasetViewModel(dataSet(), recordingManager()),
+      m_alarm(notifier, alarmParameters(operation).State(), alarmParameters(operation).Axis(), true)
 {
+    m_alarmParametersViewModel.SetDisplayAlarmUnits(DisplayUnits());
     m_smallBlockTimer.setSingleShot(true);
     // A coarse timer may be late by a twentieth of its delay.
     m_smallBlockTimer.setTimerType(Qt::PreciseTimer);
@@ -47,6 +55,10 @@ void CMeterOperationViewModel::connectSignals()
             &CMeterOperationViewModel::OnOperationParameterUnitChanged);
     connect(liveParameters(), &CMeasurementParameters::UncertaintyUnitsChanged, this,
             &CMeterOperationViewModel::OnMeasureParametersUncertaintyUnitChanged);
+    connect(liveParameters(), &CMeasurementParameters::UncertaintyUnitsChanged, this,
+            &CMeterOperationViewModel::OnAlarmAxisUnitChanged);
+    connect(&alarmParameters(operation()), &CAlarmParametersMeter::AxisChanged, this,
+            &CMeterOperationViewModel::OnAlarmAxisUnitChanged);
     connect(dataSet(), &CDataset::ClearedChanged, this, &CMeterOperationViewModel::OnDataSetCleared);
     connect(recordingManager(), &CRecordingManager::IsPlayingBackChanged, this,
             &CMeterOperationViewModel::OnPlayingBackChanged);
@@ -63,9 +75,11 @@ void CMeterOperationViewModel::connectSignals()
 void CMeterOperationViewModel::PageLeft()
 {
     disconnectFromOperation();
+    disconnect(&alarmParameters(operation()), nullptr, this, nullptr);
     disconnect(this, nullptr, this, nullptr);
     m_smallBlockTimer.stop();
     disconnect(&m_smallBlockTimer, nullptr, this, nullptr);
+    m_alarm.Stop();
 }
 
 QString CMeterOperationViewModel::GetHelpName() const
@@ -80,6 +94,25 @@ QString CMeterOperationViewModel::GetHelpName() const
     default:
         return {};
     }
+}
+
+void CMeterOperationViewModel::setDefaultParameters()
+{
+    if (!operation()->ActiveInstrument())
+        return;
+    // The order counts: each assignment adapts the other rates.
+    CMeasurementParameters& parameters = *liveParameters();
+    parameters.SetApplyConfiguration(false);
+    parameters.SetTriggerMode(CTrigger::CONTINUOUS);
+    parameters.SetAveraging(10);
+    parameters.SetDisplayRate(10.0);
+    parameters.SetAcquisitionRate(20.0);
+    parameters.SetApplyConfiguration(true);
+
+    m_measurementParametersViewModel.SetSelectedUnitIndex(0);
+    m_measurementParametersViewModel.SetSelectedUncertaintyUnitIndex(0);
+    m_measurementParametersViewModel.SetSelectedRangeIndex(0);
+    m_measurementParametersViewModel.SetSelectedTriggerIndex(0);
 }
 
 void CMeterOperationViewModel::resetAllMaximum()
@@ -201,6 +234,7 @@ void CMeterOperationViewModel::processBlock(const BlockPointer& block, TableRows
     if (tableRows == TableRows::Replace)
         table.Clear();
     table.AddBlock(block);
+    checkAlarm(*block);
     setCommentBlock(block->Comment());
     updateArrows(*block);
     storeAndEmit(this, m_newMeasureReady, true, &Self::NewMeasureReadyChanged);
@@ -294,6 +328,16 @@ void CMeterOperationViewModel::redoCompass()
 {
     if (const BlockPointer block = lastBlockOfDataSet())
         updateCompass(*block);
+}
+
+void CMeterOperationViewModel::checkAlarm(const CMeasureBlock& block)
+{
+    const CAlarmParametersMeter& parameters = alarmParameters(operation());
+    m_alarm.Check(block,
+                  {parameters.State(), parameters.Axis(), parameters.Minimum(), parameters.Maximum(),
+                   m_alarmParametersViewModel.DisplayAlarmUnits()},
+                  {DisplayUnits(), DisplayUncertaintyUnits()},
+                  [this](bool isViolated) { m_alarmParametersViewModel.SetFlagNotification(isViolated); });
 }
 
 void CMeterOperationViewModel::updateArrows(const CMeasureBlock& block)
@@ -410,6 +454,14 @@ void CMeterOperationViewModel::OnOperationParameterUnitChanged()
 {
     dataSet()->Clear();
     resetDisplay();
+    OnAlarmAxisUnitChanged();
+}
+
+void CMeterOperationViewModel::OnAlarmAxisUnitChanged()
+{
+    const bool isOfUncertainty = alarmParameters(operation()).Axis() == CAxis::dB;
+    m_alarmParametersViewModel.SetDisplayAlarmUnits(isOfUncertainty ? DisplayUncertaintyUnits()
+                                                                    : DisplayUnits());
 }
 
 void CMeterOperationViewModel::OnMeasureParametersUncertaintyUnitChanged()

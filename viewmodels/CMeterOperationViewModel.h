@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "CAlarmParametersMeterViewModel.h"
+#include "CBlockAlarm.h"
 #include "CMeasureBlock.h"
 #include "CMeasurementOperationViewModel.h"
+#include "CMeasurementParametersViewModel.h"
 #include "CMeterOperationDatasetViewModel.h"
 
 #include <QDateTime>
@@ -12,13 +15,18 @@
 #include <QVector>
 
 /// The meter page. Turns each block of the measure operation, live or replayed, into what the page shows: the
-/// values of its last sample with their maxima, the compass, the arrows of field and rotation, and the table.
-/// A replayed block is cut into small blocks, so that it looks like a continuous measurement.
+/// values of its last sample with their maxima, the compass, the arrows of field and rotation, and the table;
+/// and compares it with the limits of the alarm. A replayed block is cut into small blocks, so that it looks
+/// like a continuous measurement.
 ///
 /// Last values, maxima and quaternions announce every assignment, changed or not.
 class CMeterOperationViewModel : public CMeasurementOperationViewModel
 {
     Q_OBJECT
+    Q_PROPERTY(CMeasurementParametersViewModel* MeasurementParametersViewModel READ
+                   MeasurementParametersViewModel CONSTANT)
+    Q_PROPERTY(
+        CAlarmParametersMeterViewModel* AlarmParametersViewModel READ AlarmParametersViewModel CONSTANT)
     Q_PROPERTY(CMeterOperationDatasetViewModel* MeterOperationDatasetViewModel READ
                    MeterOperationDatasetViewModel CONSTANT)
     Q_PROPERTY(double BLastBlock READ BLastBlock NOTIFY BLastBlockChanged)
@@ -43,6 +51,8 @@ class CMeterOperationViewModel : public CMeasurementOperationViewModel
     Q_PROPERTY(bool ClearCompas READ ClearCompas NOTIFY ClearCompasChanged)
     Q_PROPERTY(double CompasHeight READ CompasHeight NOTIFY CompasHeightChanged)
     Q_PROPERTY(double CompasWidth READ CompasWidth NOTIFY CompasWidthChanged)
+    Q_PROPERTY(CAlarm::AlarmState LastAlarmState READ LastAlarmState NOTIFY LastAlarmStateChanged)
+    Q_PROPERTY(CAxis::AxisType LastAlarmAxis READ LastAlarmAxis NOTIFY LastAlarmAxisChanged)
     Q_PROPERTY(QString CommentBlock READ CommentBlock NOTIFY CommentBlockChanged)
     Q_PROPERTY(bool NewMeasureReady READ NewMeasureReady NOTIFY NewMeasureReadyChanged)
     Q_PROPERTY(double QuatX READ QuatX NOTIFY QuatXChanged)
@@ -57,14 +67,22 @@ class CMeterOperationViewModel : public CMeasurementOperationViewModel
     Q_PROPERTY(double RotQuatScalar READ RotQuatScalar NOTIFY RotQuatScalarChanged)
 
 public:
-    /// Operation and settings must outlive the view model.
-    CMeterOperationViewModel(COperationMeasure* operation, CSettings* settings, QObject* parent = nullptr);
+    /// Operation, settings and notifier must outlive the view model.
+    CMeterOperationViewModel(COperationMeasure* operation, CSettings* settings, CUserNotifier* notifier,
+                             QObject* parent = nullptr);
 
     QString GetHelpName() const override;
     void PageLeft() override;
 
+    /// Rates and choices for a first look at a field, in effect with an instrument only.
+    Q_INVOKABLE void setDefaultParameters();
     Q_INVOKABLE void resetAllMaximum();
 
+    CMeasurementParametersViewModel* MeasurementParametersViewModel()
+    {
+        return &m_measurementParametersViewModel;
+    }
+    CAlarmParametersMeterViewModel* AlarmParametersViewModel() { return &m_alarmParametersViewModel; }
     CMeterOperationDatasetViewModel* MeterOperationDatasetViewModel() { return &m_datasetViewModel; }
     double BLastBlock() const { return m_bLastBlock; } ///< of the last sample of the block on screen
     double BPrimeLastBlock() const { return m_bPrimeLastBlock; }
@@ -92,6 +110,8 @@ public:
     {
         return m_compasWidth;
     } ///< length of the triangle, fraction of a side's width
+    CAlarm::AlarmState LastAlarmState() const { return m_alarm.LastState(); } ///< seen by the last check
+    CAxis::AxisType LastAlarmAxis() const { return m_alarm.LastAxis(); }      ///< seen by the last check
     QString CommentBlock() const { return m_commentBlock; }    ///< comment of the block on screen
     bool NewMeasureReady() const { return m_newMeasureReady; } ///< false while a block is worked on
     double QuatX() const { return m_arrow.x; }                 ///< rotation of the field arrow
@@ -113,6 +133,7 @@ public slots:
     void OnNewMeasure(QSharedPointer<CMeasureBlock> block);
     void OnOperationParameterUnitChanged();
     void OnMeasureParametersUncertaintyUnitChanged();
+    void OnAlarmAxisUnitChanged();
     void OnDataSetCleared();
     void OnPlayingBackChanged(bool isPlayingBack);
     void OnIsHoldingChanged(bool isHolding);
@@ -142,6 +163,9 @@ signals:
     void ClearCompasChanged(bool clear);
     void CompasHeightChanged(double height);
     void CompasWidthChanged(double width);
+    // The two of the alarm go with the convention: a check takes over new values without a word.
+    void LastAlarmStateChanged(CAlarm::AlarmState state);
+    void LastAlarmAxisChanged(CAxis::AxisType axis);
     void CommentBlockChanged(const QString& comment);
     void NewMeasureReadyChanged(bool ready);
     void QuatXChanged(double value);
@@ -182,6 +206,7 @@ private:
     void updateCompass(const CMeasureBlock& block);
     void redoCompass();
     void clearCompass();
+    void checkAlarm(const CMeasureBlock& block);
     void updateArrows(const CMeasureBlock& block);
     void updateFieldArrow();
     void updateRotationArrow(const CMeasureBlock& block);
@@ -192,7 +217,10 @@ private:
     void dropSmallBlocks();
     int delayToNextSmallBlock() const;
 
+    CMeasurementParametersViewModel m_measurementParametersViewModel;
+    CAlarmParametersMeterViewModel m_alarmParametersViewModel;
     CMeterOperationDatasetViewModel m_datasetViewModel;
+    CBlockAlarm m_alarm;
 
     double m_bLastBlock = 0;
     double m_bPrimeLastBlock = 0;

@@ -10,6 +10,7 @@ RowLayout {
     property alias label: nameLabel.text
     property alias value: valueLabel.text
     property alias valueColor: valueLabel.textColor
+    property alias valueWrapMode: valueLabel.wrapMode
     property int textPointSize: 10
     property real labelWidth: -1
 

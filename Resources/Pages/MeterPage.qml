@@ -8,6 +8,7 @@ import "../Controls/MeasurementsTable"
 import "../Controls/Meter"
 import "../Utils/Style.js" as Style
 import "../Widgets"
+import "../Widgets/ParametersBoxes"
 
 Item {
     id: page
@@ -48,6 +49,7 @@ Item {
     ColumnLayout {
         anchors.fill: parent
         anchors.bottomMargin: 10
+        anchors.rightMargin: parametersPanel.visible ? parametersPanel.width + 10 - Style.ParametersScrollBarWidth : 0
         spacing: 10
 
         ActionBar {
@@ -60,6 +62,7 @@ Item {
                 text: qsTr("Resume")
                 imageSource: "qrc:///Resources/Images/Play.svg"
                 visible: actionBar.buttonResumeMeasurementVisible()
+                enabled: parametersBoxes.isMeasurementValid
                 onClicked: ActivePageViewModel.resume()
             }
 
@@ -84,6 +87,7 @@ Item {
                 text: qsTr("Record")
                 imageSource: "qrc:///Resources/Images/Record.svg"
                 visible: actionBar.buttonRecordVisible()
+                enabled: parametersBoxes.isMeasurementValid
                 onClicked: ActivePageViewModel.record()
             }
 
@@ -247,5 +251,30 @@ Item {
                 text: qsTr("Table")
             }
         }
+    }
+
+    // One set of boxes, which moves with the layout and keeps what is typed and expanded.
+    MeterParametersBoxes {
+        id: parametersBoxes
+
+        objectName: "parametersBoxes"
+        parent: MainViewModel.SmallWindowSize ? parametersDrawer.boxArea : parametersPanel.boxArea
+        width: Style.ParametersPanelWidth - Style.ParametersScrollBarWidth
+    }
+
+    ParametersPanel {
+        id: parametersPanel
+
+        objectName: "parametersPanel"
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        anchors.right: parent.right
+        anchors.rightMargin: -Style.ParametersScrollBarWidth
+        width: Style.ParametersPanelWidth
+        visible: !MainViewModel.SmallWindowSize
+    }
+
+    ParametersDrawer {
+        id: parametersDrawer
     }
 }

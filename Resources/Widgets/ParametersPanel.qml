@@ -9,6 +9,8 @@ ColumnLayout {
     id: panel
 
     default property alias boxes: boxColumn.data
+    // Where boxes that move between panels find their place.
+    readonly property alias boxArea: boxColumn
 
     spacing: 30
 

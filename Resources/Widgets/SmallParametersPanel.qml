@@ -9,6 +9,7 @@ ColumnLayout {
     id: smallPanel
 
     default property alias boxes: panel.boxes
+    readonly property alias boxArea: panel.boxArea
 
     width: MainViewModel.ParameterMenuExpanded ? Style.ParametersPanelWidth : Style.SmallMainMenuClosedWidth
     spacing: 30

@@ -7,6 +7,7 @@
 #include "CPluginsManager.h"
 #include "CSettings.h"
 #include "ShellTestSupport.h"
+#include "SilentNotifier.h"
 
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -34,7 +35,7 @@ protected:
         m_operations =
             std::make_unique<COperationsManager>(m_settings.get(), m_plugins.get(), m_supervisor.get());
         m_main = std::make_unique<CMainViewModel>(m_settings.get(), m_engine->rootContext(),
-                                                  m_operations.get(), m_supervisor.get());
+                                                  m_operations.get(), m_supervisor.get(), &m_notifier);
     }
 
     void tearDown()
@@ -69,6 +70,7 @@ protected:
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
+    SilentNotifier m_notifier;
     std::unique_ptr<CSettings> m_settings;
     std::unique_ptr<CPluginsManager> m_plugins;
     std::unique_ptr<QQmlEngine> m_engine;

@@ -452,7 +452,7 @@ void tst_CMainViewModel::endsWithItsPage()
     const QPointer<CPageViewModel> page = m_main->pActivePageViewModel();
     m_main->Terminate();
     m_main = std::make_unique<CMainViewModel>(m_settings.get(), m_engine->rootContext(), m_operations.get(),
-                                              m_supervisor.get());
+                                              m_supervisor.get(), &m_notifier);
     QVERIFY(!page);
 }
 

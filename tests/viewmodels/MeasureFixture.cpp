@@ -47,6 +47,16 @@ void FakeInstrument::RestoreZeroOffsetToFactory()
     calls.append(QStringLiteral("restore"));
 }
 
+void FakeNotifier::ShowTrayMessage(const QString& title, const QString& text)
+{
+    calls.append(title + QLatin1Char('|') + text);
+}
+
+void FakeNotifier::Beep()
+{
+    calls.append(QStringLiteral("beep"));
+}
+
 QSharedPointer<CMeasureBlock> makeBlock(const QVector<Sample>& samples, const QString& comment)
 {
     const QDateTime start(QDate(2024, 5, 17), QTime(10, 0));

@@ -10,6 +10,7 @@
 #include "CPluginsManager.h"
 #include "CRecordingManagerMeasure.h"
 #include "CSettings.h"
+#include "CUserNotifier.h"
 
 #include <QSharedPointer>
 #include <QStringList>
@@ -46,6 +47,16 @@ public:
     void SetSerialPortSettings(QString, int) override {}
 };
 
+/// Writes down what the user is told.
+class FakeNotifier : public CUserNotifier
+{
+public:
+    void ShowTrayMessage(const QString& title, const QString& text) override;
+    void Beep() override;
+
+    QStringList calls; ///< "title|text" of tray messages, and "beep", in their order
+};
+
 /// The values of a sample; the components in the order x, y, z.
 struct Sample
 {
@@ -76,6 +87,7 @@ struct MeasureFixture
     QString writeRecord();
 
     QTemporaryDir directory;
+    FakeNotifier notifier;
     CSettings settings;
     CPluginsManager pluginsManager;
     FakeInstrumentListProvider provider;

@@ -20,7 +20,7 @@ using MeterPointer = std::unique_ptr<CMeterOperationViewModel>;
 
 MeterPointer makeMeter(MeasureFixture& f)
 {
-    return std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings);
+    return std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings, &f.notifier);
 }
 
 /// A block as the instrument delivers it: dataset first, then the page.
@@ -121,7 +121,9 @@ void tst_CMeterOperationViewModel::surface()
     using namespace MetaObjectTable;
     const QMetaObject& metaObject = CMeterOperationViewModel::staticMetaObject;
     VERIFY_NO_DIFFERENCE(compareProperties(
-        metaObject, {{"MeterOperationDatasetViewModel", "CMeterOperationDatasetViewModel*", Constant},
+        metaObject, {{"MeasurementParametersViewModel", "CMeasurementParametersViewModel*", Constant},
+                     {"AlarmParametersViewModel", "CAlarmParametersMeterViewModel*", Constant},
+                     {"MeterOperationDatasetViewModel", "CMeterOperationDatasetViewModel*", Constant},
                      {"BLastBlock", "double", ReadOnly},
                      {"BPrimeLastBlock", "double", ReadOnly},
                      {"BxLastBlock", "double", ReadOnly},
@@ -142,6 +144,8 @@ void tst_CMeterOperationViewModel::surface()
                      {"ClearCompas", "bool", ReadOnly},
                      {"CompasHeight", "double", ReadOnly},
                      {"CompasWidth", "double", ReadOnly},
+                     {"LastAlarmState", "CAlarm::AlarmState", ReadOnly},
+                     {"LastAlarmAxis", "CAxis::AxisType", ReadOnly},
                      {"CommentBlock", "QString", ReadOnly},
                      {"NewMeasureReady", "bool", ReadOnly},
                      {"QuatX", "double", ReadOnly},
@@ -154,7 +158,8 @@ void tst_CMeterOperationViewModel::surface()
                      {"RotQuatY", "double", ReadOnly},
                      {"RotQuatZ", "double", ReadOnly},
                      {"RotQuatScalar", "double", ReadOnly}}));
-    VERIFY_NO_DIFFERENCE(compareMethods(metaObject, QMetaMethod::Method, {"resetAllMaximum()"}));
+    VERIFY_NO_DIFFERENCE(
+        compareMethods(metaObject, QMetaMethod::Method, {"setDefaultParameters()", "resetAllMaximum()"}));
     VERIFY_NO_DIFFERENCE(compareProperties(CMeterOperationDatasetViewModel::staticMetaObject,
                                            {{"TableData", "CMeasureBlockData*", Constant}}));
 }

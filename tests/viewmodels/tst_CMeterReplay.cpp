@@ -47,7 +47,7 @@ public:
 /// Live blocks of ten samples every 10 ms, B counting up from 0, then at rest.
 MeterPointer makeMeterWithBlocks(MeasureFixture& f, int blocks)
 {
-    auto meter = std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings);
+    auto meter = std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings, &f.notifier);
     for (int i = 0; i < blocks; ++i)
         f.operation.OnNewMeasure(makeRamp(10 * i, 10, 100 * i, 10));
     f.manager().StopRecord();
@@ -184,7 +184,7 @@ void tst_CMeterReplay::keepPace(MeasureFixture& f, CMeterOperationViewModel& met
 void tst_CMeterReplay::slowReplayCutsSampleBySample()
 {
     MeasureFixture f;
-    auto meter = std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings);
+    auto meter = std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings, &f.notifier);
     // A millisecond apart at a speed of 0.1: 10 ms each.
     f.operation.OnNewMeasure(makeRamp(0, 5, 0, 1));
     f.manager().StopRecord();
@@ -199,7 +199,7 @@ void tst_CMeterReplay::slowReplayCutsSampleBySample()
 void tst_CMeterReplay::piecesWithinAMillisecond()
 {
     MeasureFixture f;
-    auto meter = std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings);
+    auto meter = std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings, &f.notifier);
     const auto block = makeRamp(0, 4, 0, 1);
     // The second sample lies half a millisecond behind the first one and begins no new table.
     block->Results.at(1)->Timestamp = block->Results.at(0)->Timestamp;
@@ -375,7 +375,7 @@ void tst_CMeterReplay::newPageInTheMiddle()
     meter->PageLeft();
     meter.reset();
     // The new page releases what the old one left behind, and shows the block as a whole.
-    meter = std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings);
+    meter = std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings, &f.notifier);
     QVERIFY(!f.manager().IsProcessingBlock());
     QCOMPARE(TableLog::read(*meter), upTo(0, 9));
     TableLog log(*meter);

@@ -68,6 +68,12 @@ ColumnLayout {
         onClicked: ActivePageViewModel.resetAllMaximum()
     }
 
+    OutOfBoundsWarning {
+        objectName: "outOfBoundsWarning"
+        Layout.leftMargin: 10
+        visible: ActivePageViewModel.AlarmParametersViewModel.FlagNotification
+    }
+
     Item {
         Layout.fillHeight: true
     }

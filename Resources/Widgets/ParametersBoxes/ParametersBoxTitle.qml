@@ -44,6 +44,8 @@ MouseArea {
         anchors.verticalCenter: parent.verticalCenter
         text: boxTitle.title
         pointSize: 12
+        fontSizeMode: Text.HorizontalFit
+        minimumPointSize: 9
         capitalization: Font.AllUppercase
         wrapMode: Text.NoWrap
         elide: Text.ElideRight
