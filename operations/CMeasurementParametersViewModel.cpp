@@ -59,9 +59,12 @@ CMeasurementParametersViewModel::CMeasurementParametersViewModel(COperation* ope
     const QSharedPointer<CInstrument> device = instrument();
     if (!device)
         return;
-    for (const auto updated : {&CInstrument::OnUnitListUpdated, &CInstrument::OnRangeListUpdated,
-                               &CInstrument::OnTriggerListUpdated})
-        connect(device.data(), updated, this, &Self::OnInstrumentMeasurementParametersUpdated);
+    connect(device.data(), &CInstrument::OnUnitListUpdated, this,
+            &Self::OnInstrumentMeasurementParametersUpdated);
+    connect(device.data(), &CInstrument::OnRangeListUpdated, this,
+            &Self::OnInstrumentMeasurementParametersUpdated);
+    connect(device.data(), &CInstrument::OnTriggerListUpdated, this,
+            &Self::OnInstrumentMeasurementParametersUpdated);
     connect(m_operation, &COperation::OnLoadMeasParametersDone, this, &Self::OnParametersLoadChangedUnit);
     OnParametersRangeChange();
     OnParametersUnitsChange();

@@ -54,7 +54,7 @@ CConnectionPageViewModel::CConnectionPageViewModel(CInstrumentSupervisor* superv
     : CPageViewModel(QStringLiteral("Connection"), parent), m_supervisor(supervisor),
       m_serialPortNames(serialPortNames()), m_baudrateNames(baudrateNames())
 {
-    emit SerialPortNamesChanged(m_serialPortNames);
+    emit SerialPortNamesChanged(m_serialPortNames); // clazy:exclude=incorrect-emit
     connect(m_supervisor, &CInstrumentSupervisor::HasActiveInstrumentChanged, this,
             &CConnectionPageViewModel::OnHasActiveInstrumentChanged);
     connect(m_supervisor, &CInstrumentSupervisor::AvailableInstrumentUpdated, this,

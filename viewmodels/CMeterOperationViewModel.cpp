@@ -390,7 +390,8 @@ void CMeterOperationViewModel::appendSmallBlocks(const CMeasureBlock& block)
     m_timeWarp = recordingManager()->TimeWarp();
     const double exactSpanMs = m_timeWarp * recordingManager()->MinReplaySmallBlockDelayMillisecond();
     const auto spanMs = static_cast<qint64>(std::trunc(exactSpanMs + 0.5));
-    for (const BlockPointer& piece : cutIntoSmallBlocks(block, spanMs))
+    const auto pieces = cutIntoSmallBlocks(block, spanMs);
+    for (const BlockPointer& piece : pieces)
         m_smallBlocks.append(piece);
     if (!block.Results.isEmpty()) {
         m_firstSampleTime = block.Results.first()->Timestamp;

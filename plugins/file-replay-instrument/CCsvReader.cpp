@@ -81,7 +81,8 @@ bool CCsvReader::readHeadings(const QByteArray& line)
 {
     m_separator = line.contains(';') ? ';' : line.contains('\t') ? '\t' : ',';
     QStringList headings;
-    for (const QByteArray& heading : line.split(m_separator))
+    const QList<QByteArray> cells = line.split(m_separator);
+    for (const QByteArray& heading : cells)
         headings.append(decode(unquoted(heading)));
     const auto columns = ColumnHeading::find(headings);
     if (!columns)

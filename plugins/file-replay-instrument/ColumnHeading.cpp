@@ -59,7 +59,8 @@ std::optional<TimeColumn> timeColumn(const QString& heading, int index)
     TimeColumn column;
     column.index = index;
     column.isUtc = utcNames.contains(words.first());
-    for (const QString& word : words.mid(1)) {
+    const QStringList qualifiers = words.mid(1);
+    for (const QString& word : qualifiers) {
         if (utcNames.contains(word))
             column.isUtc = true;
         else if (kinds.contains(word))

@@ -9,7 +9,10 @@
 
 namespace {
 
-const QList<tFlux> kRanges{3e-5F, 1e-4F, 1e-3F, 1e-2F};
+QList<tFlux> ranges()
+{
+    return {3e-5F, 1e-4F, 1e-3F, 1e-2F};
+}
 constexpr double kMaxAcquisitionRate = 100000;
 constexpr double kMinAcquisitionRate = 0.01;
 constexpr double kMaxDisplayRate = 1000;
@@ -71,7 +74,7 @@ bool CSimulatedInstrument::Connect()
         return true;
 
     fillCapabilities();
-    m_source = std::make_shared<CSimulatedBlockSource>(m_settings, kRanges,
+    m_source = std::make_shared<CSimulatedBlockSource>(m_settings, ranges(),
                                                        QDateTime::currentMSecsSinceEpoch() * 1000000);
     m_source->SetZeroCorrection(m_zeroCorrection);
     SetIsConnected(true);
@@ -114,7 +117,7 @@ void CSimulatedInstrument::fillCapabilities()
     SetUnitList({CUnits::MICRO_TESLA, CUnits::MILLI_TESLA, CUnits::TESLA, CUnits::NANO_TESLA, CUnits::GAUSS,
                  CUnits::KILO_GAUSS, CUnits::MILLI_GAUSS, CUnits::MEGA_HERTZ_PROTON, CUnits::AMPERE_PER_METER,
                  CUnits::KILO_AMPERE_PER_METER, CUnits::MILLI_AMPERE_PER_METER, CUnits::ADC});
-    SetRangeList(kRanges);
+    SetRangeList(ranges());
     SetTriggerList({CTrigger::CONTINUOUS, CTrigger::IMMEDIATE, CTrigger::TIMER, CTrigger::EXTERNAL});
     SetDivisorList({QStringLiteral("1")});
 
