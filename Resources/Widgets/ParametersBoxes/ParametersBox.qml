@@ -12,11 +12,13 @@ Rectangle {
     property alias expanded: boxTitle.expanded
     property alias invertArrow: boxTitle.invertArrow
     property bool childrenEnabled: true
+    // Asked of the layout in a binding, its height would be computed in the middle of that binding.
+    property real contentHeight: 0
 
     color: Style.BoxBackgroundColor
     width: parent ? parent.width : implicitWidth
     implicitWidth: Style.ParametersPanelWidth - Style.ParametersScrollBarWidth
-    implicitHeight: boxTitle.height + (expanded ? contentColumn.implicitHeight + 20 : 0)
+    implicitHeight: boxTitle.height + (expanded ? contentHeight + 20 : 0)
 
     ParametersBoxTitle {
         id: boxTitle
@@ -34,5 +36,6 @@ Rectangle {
         anchors.margins: 10
         visible: box.expanded
         enabled: box.childrenEnabled
+        onImplicitHeightChanged: box.contentHeight = implicitHeight
     }
 }
