@@ -3,6 +3,7 @@
 
 #include "ApplicationDirPath.h"
 #include "CInstrumentPlugin.h"
+#include "CSteadyTable.h"
 #include "CUnits.h"
 #include "CUtils.h"
 #include "ProductInfo.h"
@@ -151,6 +152,7 @@ void CApplication::Initialize()
     qmlRegisterType<CUnits>("Kestrix.CUnit", 1, 0, "Unit");
     qmlRegisterUncreatableType<CLogMessage>("Kestrix.CLogMessage", 1, 0, "LogMessageLevel",
                                             QStringLiteral("Cannot create LogMessageLevel in QML"));
+    CSteadyTable::RegisterQmlTypes();
     SetContextProperties();
     WaitForInstrumentList();
     ConnectDefaultInstrument();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "QmlTestSetup.h"
 
+#include "CSteadyTable.h"
 #include "CUnits.h"
 #include "InitResources.h"
 
@@ -43,6 +44,7 @@ void QmlTestSetup::Prepare()
             qFatal("cannot load %s", qPrintable(path));
     }
     qmlRegisterType<CUnits>("Kestrix.CUnit", 1, 0, "Unit");
+    CSteadyTable::RegisterQmlTypes();
 }
 
 int QmlTestSetup::WarningCount()

@@ -4,6 +4,7 @@ import QtQuick.Controls 1.4
 import QtQuick.Controls 2.15 as Controls2
 import QtQuick.Layouts 1.15
 import Kestrix.CUnit 1.0
+import Kestrix.Charts 1.0
 import ".."
 import "../../Utils/Style.js" as Style
 
@@ -11,7 +12,7 @@ import "../../Utils/Style.js" as Style
 ColumnLayout {
     id: measurementsTable
 
-    property alias model: table.model
+    property alias model: steadyTable.source
     property int unit: Unit.UNKNOWN
     property int uncertaintyUnit: Unit.UNKNOWN
     property int timpestampColumnMinWidth: 180
@@ -51,6 +52,12 @@ ColumnLayout {
     }
 
     spacing: 5
+
+    SteadyTable {
+        id: steadyTable
+
+        active: measurementsTable.visible
+    }
 
     // The row count of a TableView lags behind its model: one turn is not enough.
     Timer {
@@ -152,6 +159,7 @@ ColumnLayout {
         id: table
 
         objectName: "resultsTable"
+        model: steadyTable
         Layout.fillWidth: true
         Layout.fillHeight: true
         Accessible.name: qsTr("Results")
