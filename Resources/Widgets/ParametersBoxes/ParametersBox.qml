@@ -12,19 +12,25 @@ Rectangle {
     property alias expanded: boxTitle.expanded
     property alias invertArrow: boxTitle.invertArrow
     property bool childrenEnabled: true
-    // Asked of the layout in a binding, its height would be computed in the middle of that binding.
-    property real contentHeight: 0
+
+    // The height is assigned, not bound: a panel that is laid out anew by it may change the width, and with it the
+    // height of wrapped texts, while a binding would still be at work.
+    function fitHeight() {
+        implicitHeight = boxTitle.height + (expanded ? contentColumn.implicitHeight + 20 : 0);
+    }
 
     color: Style.BoxBackgroundColor
     width: parent ? parent.width : implicitWidth
     implicitWidth: Style.ParametersPanelWidth - Style.ParametersScrollBarWidth
-    implicitHeight: boxTitle.height + (expanded ? contentHeight + 20 : 0)
+    onExpandedChanged: fitHeight()
+    Component.onCompleted: fitHeight()
 
     ParametersBoxTitle {
         id: boxTitle
 
         objectName: box.objectName + "Title"
         width: box.width
+        onHeightChanged: box.fitHeight()
     }
 
     ColumnLayout {
@@ -36,6 +42,6 @@ Rectangle {
         anchors.margins: 10
         visible: box.expanded
         enabled: box.childrenEnabled
-        onImplicitHeightChanged: box.contentHeight = implicitHeight
+        onImplicitHeightChanged: box.fitHeight()
     }
 }
