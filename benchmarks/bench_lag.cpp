@@ -12,13 +12,12 @@
 #include "COperationMeasure.h"
 #include "CRecordingManagerMeasure.h"
 #include "InitResources.h"
-#include "LocalTimeZone.h"
+#include "ProcessSetup.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QQmlContext>
 #include <QQuickWindow>
-#include <QSurfaceFormat>
 #include <QThread>
 #include <QTimer>
 
@@ -94,11 +93,7 @@ private:
 
 int main(int argc, char* argv[])
 {
-    keepLocalTimeZone();
-    QSurfaceFormat format;
-    format.setVersion(2, 1);
-    format.setDepthBufferSize(24);
-    QSurfaceFormat::setDefaultFormat(format);
+    prepareProcess();
     QApplication application(argc, argv);
     QThread::currentThread()->setPriority(QThread::HighPriority);
     const QStringList arguments = QCoreApplication::arguments();
