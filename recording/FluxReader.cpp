@@ -29,6 +29,17 @@ bool isLiteralWhenEscaped(const QString& separator)
            !separator[0].isNull();
 }
 
+/// Whether the pattern of the separator takes a bounded number of steps at each place of a text. A repetition
+/// may try every way to cut a text into pieces, and a group or a reference may repeat too. `\X` counts the
+/// regional indicators in front of it.
+bool isBoundedPattern(const QString& separator)
+{
+    constexpr int kMaxLength = 16;
+    const auto canRepeat = [](QChar character) { return QStringLiteral("*+?{(\\").contains(character); };
+    return separator.size() <= kMaxLength && !separator.startsWith(QLatin1Char('X')) &&
+           std::none_of(separator.begin() + std::min(1, separator.size()), separator.end(), canRepeat);
+}
+
 } // namespace
 
 void FluxReader::setSeparator(const QString& separator)
@@ -93,6 +104,8 @@ void FluxReader::splitAtCharacter(const QString& text)
 void FluxReader::splitAtPattern(const QString& text)
 {
     // Behind the backslash such a separator may mean more than itself. The format is defined by the pattern.
+    if (!isBoundedPattern(m_separator))
+        return;
     const QRegularExpression pattern(QStringLiteral("(\\%1|\\\n)").arg(m_separator));
     if (!pattern.isValid())
         return;
