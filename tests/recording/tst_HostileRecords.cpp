@@ -319,6 +319,29 @@ private slots:
         QCOMPARE(dataset.MeasureBlocks()->at(0)->Results.size(), 1001);
     }
 
+    /// Each element would be looked up in all of them.
+    void namespaceBomb()
+    {
+        QByteArray text = "<NorvaneXmlRecord ver=\"1.0\">";
+        int name = 0;
+        for (int depth = 0; depth < 200; ++depth) {
+            text += "<a";
+            for (int i = 0; i < 250; ++i)
+                text += " xmlns:n" + QByteArray::number(name++, 36) + "=\"\"";
+            text += '>';
+        }
+        text.replace("=\"\"", "=\"u\"");
+        text += QByteArray("<b/>").repeated(1000000);
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
+        QVERIFY2(timer.elapsed() < 10000, QByteArray::number(timer.elapsed()));
+    }
+
     void separatorBombs_data()
     {
         QTest::addColumn<QByteArray>("separator");
