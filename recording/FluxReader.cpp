@@ -30,14 +30,18 @@ bool isLiteralWhenEscaped(const QString& separator)
 }
 
 /// Whether the pattern of the separator takes a bounded number of steps at each place of a text. A repetition
-/// may try every way to cut a text into pieces, and a group or a reference may repeat too. `\X` counts the
-/// regional indicators in front of it.
+/// may try every way to cut a text into pieces, and a group or a reference may repeat too. One "+" at the end
+/// is harmless: nothing behind it can fail. `\X` counts the regional indicators in front of it.
 bool isBoundedPattern(const QString& separator)
 {
     constexpr int kMaxLength = 16;
     const auto canRepeat = [](QChar character) { return QStringLiteral("*+?{(\\").contains(character); };
-    return separator.size() <= kMaxLength && !separator.startsWith(QLatin1Char('X')) &&
-           std::none_of(separator.begin() + std::min(1, separator.size()), separator.end(), canRepeat);
+    if (separator.size() > kMaxLength || separator.startsWith(QLatin1Char('X')))
+        return false;
+    if (separator.size() < 2)
+        return true;
+    const int tail = separator.endsWith(QLatin1Char('+')) ? 1 : 0;
+    return std::none_of(separator.begin() + 1, separator.end() - tail, canRepeat);
 }
 
 } // namespace

@@ -251,7 +251,7 @@ private slots:
         for (const char* separator :
              {";", ",", "|",  " ",  ".",  "-", "+", "\\", "/",  ":", "$",        "^",
               "(", "*", ";;", ", ", "||", "t", "d", "",   "a(", "[", "\xc3\xa9", "\xe2\x82\xac",
-              "_", "e", "T"})
+              "_", "e", "T",  ";+", ",;+"})
             QTest::newRow(separator) << QString::fromUtf8(separator);
     }
 
