@@ -35,7 +35,11 @@ CRecordingManager::CRecordingManager(QObject* parent) : QObject(parent)
     m_replayTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_replayTimer, &QTimer::timeout, this, &CRecordingManager::onReplayTimerTimeout);
     connect(this, &CRecordingManager::ReplayBlockDelayMillisecondChanged, &m_replayTimer,
-            [this](int interval) { m_replayTimer.setInterval(interval); });
+            [this](int interval) {
+                // A timer that runs would start anew and leave the recorded times.
+                if (!m_replayTimer.isActive())
+                    m_replayTimer.setInterval(interval);
+            });
     connect(this, &CRecordingManager::IsProcessingBlockChanged, this, &CRecordingManager::OnBlockProcessed);
 }
 

@@ -29,6 +29,21 @@ bool isLiteralWhenEscaped(const QString& separator)
            !separator[0].isNull();
 }
 
+/// Whether the pattern of the separator takes a bounded number of steps at each place of a text. A repetition
+/// may try every way to cut a text into pieces, and a group or a reference may repeat too. One "+" at the end
+/// is harmless: nothing behind it can fail. `\X` counts the regional indicators in front of it.
+bool isBoundedPattern(const QString& separator)
+{
+    constexpr int kMaxLength = 16;
+    const auto canRepeat = [](QChar character) { return QStringLiteral("*+?{(\\").contains(character); };
+    if (separator.size() > kMaxLength || separator.startsWith(QLatin1Char('X')))
+        return false;
+    if (separator.size() < 2)
+        return true;
+    const int tail = separator.endsWith(QLatin1Char('+')) ? 1 : 0;
+    return std::none_of(separator.begin() + 1, separator.end() - tail, canRepeat);
+}
+
 } // namespace
 
 void FluxReader::setSeparator(const QString& separator)
@@ -93,6 +108,8 @@ void FluxReader::splitAtCharacter(const QString& text)
 void FluxReader::splitAtPattern(const QString& text)
 {
     // Behind the backslash such a separator may mean more than itself. The format is defined by the pattern.
+    if (!isBoundedPattern(m_separator))
+        return;
     const QRegularExpression pattern(QStringLiteral("(\\%1|\\\n)").arg(m_separator));
     if (!pattern.isValid())
         return;

@@ -14,7 +14,8 @@
 class FluxReader
 {
 public:
-    /// Takes effect for the texts read from now on; the separator of a record without headings is ";".
+    /// Takes effect for the texts read from now on; the separator of a record without headings is ";". With
+    /// one that makes no pattern, or one of unbounded work, texts have no samples.
     void setSeparator(const QString& separator);
     void setHasUncertaintyColumn(bool hasIt) { m_hasUncertaintyColumn = hasIt; }
 

@@ -67,6 +67,9 @@ RecordReader::RecordReader(QIODevice* device, const RecordFormat::Kind& kind, CD
     : m_text(device), m_device(&m_text), m_xml(&m_device), m_kind(kind), m_dataset(dataset), m_state(state)
 {
     m_xml.setEntityExpansionLimit(kMaxEntityExpansion);
+    // Records have no namespaces, and the XML reader would look for that of each element in all that its
+    // parents declare. Names are without their prefix either way.
+    m_xml.setNamespaceProcessing(false);
 }
 
 bool RecordReader::read()

@@ -19,7 +19,7 @@ class QIODevice;
 /// Files may be hostile. What no record has counts as an XML error: elements nested hundreds deep, tags of
 /// thousands of characters, internal entities that expand to more than a few characters, default attributes,
 /// unknown encodings. What is left takes time and memory in proportion to the size of the file, at worst for
-/// one that is all empty blocks: of each a dozen characters become an object of some hundred bytes.
+/// a mapping that is all empty blocks: of each, fifteen characters become objects of 560 bytes.
 class RecordReader
 {
 public:

@@ -319,6 +319,64 @@ private slots:
         QCOMPARE(dataset.MeasureBlocks()->at(0)->Results.size(), 1001);
     }
 
+    /// Each element would be looked up in all of them.
+    void namespaceBomb()
+    {
+        QByteArray text = "<NorvaneXmlRecord ver=\"1.0\">";
+        int name = 0;
+        for (int depth = 0; depth < 200; ++depth) {
+            text += "<a";
+            for (int i = 0; i < 250; ++i)
+                text += " xmlns:n" + QByteArray::number(name++, 36) + "=\"\"";
+            text += '>';
+        }
+        text.replace("=\"\"", "=\"u\"");
+        text += QByteArray("<b/>").repeated(1000000);
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
+        QVERIFY2(timer.elapsed() < 10000, QByteArray::number(timer.elapsed()));
+    }
+
+    void separatorBombs_data()
+    {
+        QTest::addColumn<QByteArray>("separator");
+        QTest::addColumn<QByteArray>("piece");
+        const QByteArray letters(18, 'a');
+        QTest::newRow("nested repetition") << QByteArray("d(a+)+b|;") << "1" + letters + ";";
+        QTest::newRow("alternatives repeated") << QByteArray("d(?:a|a)*b|;") << "1" + letters + ";";
+        QTest::newRow("look to the far end") << QByteArray("d(?=[^x]*+x)") << QByteArray("1");
+        QTest::newRow("any to the far end") << QByteArray("d[^x]*+x") << QByteArray("1");
+        QTest::newRow("counted repetition") << QByteArray("d.{1,60000}x") << QByteArray("1");
+        QTest::newRow("call of its own group")
+            << QByteArray("da\\g&lt;1>\\g&lt;1>b|;|a") << QByteArray("1aaaaaaaa;");
+        QTest::newRow("grapheme") << QByteArray("X") << QByteArray("\xF0\x9F\x87\xA6");
+        QTest::newRow("many alternatives") << QByteArray("x|").repeated(1900) + "x" << QByteArray("1");
+    }
+
+    /// The file says at which pattern its texts are cut.
+    void separatorBombs()
+    {
+        QFETCH(QByteArray, separator);
+        QFETCH(QByteArray, piece);
+        QByteArray text = record("<headings colsep=\"" + separator + "\"/>" +
+                                 measurementsWithFlux(piece.repeated(4000000 / piece.size())));
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        CXMLResultsSerializer serializer;
+        CDataSetMeasurement dataset(m_settings);
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
+        QVERIFY2(timer.elapsed() < 10000, QByteArray::number(timer.elapsed()));
+        QCOMPARE(dataset.MeasureBlocks()->size(), size_t(1));
+        QCOMPARE(dataset.ResultsCount(), quint64(0));
+    }
+
     void manyElementsOfOneKind_data()
     {
         QTest::addColumn<QByteArray>("content");

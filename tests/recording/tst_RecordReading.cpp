@@ -146,6 +146,17 @@ private slots:
         QCOMPARE(m_measurement->Date(), QStringLiteral("D"));
     }
 
+    void prefixesOfNamesDoNotCount()
+    {
+        for (const QByteArray& declaration : {QByteArray(" xmlns:k=\"urn:x\""), QByteArray()}) {
+            QVERIFY(readMeasurement("<k:NorvaneXmlRecord ver=\"1.0\"" + declaration +
+                                    "><body type=\"tQDR_BODY_KESTRIX\" ver=\"1.1\" xmlns=\"urn:y\">"
+                                    "<k:comment>c</k:comment></body></k:NorvaneXmlRecord>"));
+            QCOMPARE(m_measurement->Comment(), QStringLiteral("c"));
+            m_measurement->Clear();
+        }
+    }
+
     void columnsByPosition()
     {
         QVERIFY(readMeasurement(
@@ -240,7 +251,7 @@ private slots:
         for (const char* separator :
              {";", ",", "|",  " ",  ".",  "-", "+", "\\", "/",  ":", "$",        "^",
               "(", "*", ";;", ", ", "||", "t", "d", "",   "a(", "[", "\xc3\xa9", "\xe2\x82\xac",
-              "_", "e", "T"})
+              "_", "e", "T",  ";+", ",;+"})
             QTest::newRow(separator) << QString::fromUtf8(separator);
     }
 

@@ -105,6 +105,16 @@ private slots:
         QVERIFY(!manager.ReplayTimer().isActive());
     }
 
+    void delayLeavesATimerThatRunsAlone()
+    {
+        MeasureManager manager(m_settings);
+        fill(manager, 3, 60000);
+        manager.StartReplay();
+        manager.PlayNextStep();
+        manager.SetReplayBlockDelayMillisecond(321);
+        QCOMPARE(manager.ReplayTimer().interval(), 60000);
+    }
+
     void pacingFollowsTheRecordedTimes_data()
     {
         QTest::addColumn<int>("spacingMs");
