@@ -5,6 +5,8 @@
 #include "CDataSetMeasurement.h"
 #include "CRecordingManager.h"
 
+#include <QLocale>
+
 #include <algorithm>
 
 namespace {
@@ -18,7 +20,7 @@ template <class Blocks> auto blockAt(const Blocks& blocks, int index)
 
 QString timestampText(const CFieldIntensityResult& result)
 {
-    return result.Timestamp.toString(QStringLiteral("yyyy.MM.ddTHH:mm:ss")) +
+    return QLocale::c().toString(result.Timestamp, QStringLiteral("yyyy.MM.ddTHH:mm:ss")) +
            QStringLiteral(".%1").arg(result.TimestampNanoseconds, 9, 10, QLatin1Char('0'));
 }
 

@@ -64,7 +64,16 @@ ColumnLayout {
         if (!Number.isFinite(parsed))
             throw new Error("not a finite number");
         textField.text = valueToFormatString(parsed);
-        inner.value = Number(textField.text);
+        inner.value = shownNumber();
+    }
+
+    // A number with a precision is shown in the digits of the locale, the others in those of the C locale.
+    function shownNumber() {
+        const number = Number(textField.text);
+        if (!isNaN(number))
+            return number;
+        const locale = Qt.locale();
+        return Number.fromLocaleString(locale, textField.text.replace(".", locale.decimalPoint));
     }
 
     function restoreOriginalText() {

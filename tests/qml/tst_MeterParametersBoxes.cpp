@@ -284,6 +284,8 @@ void tst_MeterParametersBoxes::withoutInstrument()
     QCOMPARE(item("acquisitionRateField")->property("minValue").toDouble(), 5e-324);
     QCOMPARE(item("acquisitionRateField")->property("maxValue").toDouble(), 1.7976931348623157e308);
     QCOMPARE(item("acquisitionRateField")->property("toolTipText").toString(), QString());
+    // There is no upper bound that the acquisition rate could lower.
+    QCOMPARE(item("displayRateField")->property("maxValue").toDouble(), 1.7976931348623157e308);
     QVERIFY(!isVisible("resumeButton"));
     click("defaultButton");
     QCOMPARE(parameters().AcquisitionRate(), 200.0);

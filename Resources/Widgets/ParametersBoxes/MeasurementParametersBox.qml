@@ -154,7 +154,7 @@ ParametersBox {
         enabled: box.viewModel.IsDisplayEnable
         fieldVisibility: box.viewModel.IsDisplayRateVisible
         bound: box.instrument !== null ? box.instrument.KestrixDisplayRateBound : null
-        upperLimit: acquisitionRateField.value
+        upperLimit: box.instrument !== null ? acquisitionRateField.value : Number.MAX_VALUE
         toolTipPrecision: 5
         value: box.model.DisplayRate
         onEdited: box.model.DisplayRate = number

@@ -150,6 +150,28 @@ Item {
             compare(input.text, "-7.25");
         }
 
+        // Numbers with a precision are shown in the digits of the locale; their value is what counts.
+        function test_digitsOfEveryLocale_data() {
+            const rows = [];
+            for (const locale of ["ar_EG", "fa_IR"])
+                for (const precision of [-1, 0, 2])
+                    rows.push({tag: locale + " " + precision, locale: locale, precision: precision});
+            return rows;
+        }
+
+        function test_digitsOfEveryLocale(data) {
+            TestSupport.setLocale(data.locale);
+            make({value: 3, precision: data.precision, minValue: -100});
+            focusByMouse();
+            type("-7");
+            keyClick(Qt.Key_Return);
+            compare(takeValue(), -7);
+            verify(field.valid);
+            // The field reads back what it shows.
+            keyClick(Qt.Key_Return);
+            compare(takeValue(), -7);
+        }
+
         function test_rangeLimitsAreInside_data() {
             return [
                 {tag: "minimum", value: 1, valid: true},
