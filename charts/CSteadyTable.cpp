@@ -52,9 +52,8 @@ void CSteadyTable::SetActive(bool active)
     if (m_isActive == active)
         return;
     m_isActive = active;
-    if (!active)
-        m_timer.stop();
-    else if (m_isStale)
+    m_timer.stop();
+    if (active && m_isStale)
         refresh();
     emit ActiveChanged();
 }
