@@ -18,7 +18,8 @@ set(KESTRIX_INSTALL_APPDIR "${CMAKE_INSTALL_LIBDIR}/kestrix")
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+    # Precompiled headers are cached only if their macros and time stamps are trusted.
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros "${CCACHE_PROGRAM}")
 endif()
 
 add_library(kestrix_options INTERFACE)
