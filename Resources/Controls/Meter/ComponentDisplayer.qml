@@ -52,6 +52,7 @@ Item {
             Layout.fillWidth: true
             Layout.preferredHeight: rotationButton.height
             Layout.leftMargin: 10
+            Layout.topMargin: 5
 
             GraphToolButton {
                 id: rotationButton
