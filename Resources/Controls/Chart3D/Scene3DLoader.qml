@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick 2.15
+import QtQuick.Window 2.15
+import ".."
+import "../../Utils/Style.js" as Style
+
+// Shows a 3-D scene where OpenGL can draw one, and says so where it cannot: the scenes end the program on a context
+// that they do not understand. What draws the window is known once it is on screen; until then nothing is shown.
+Item {
+    id: sceneLoader
+
+    property url source
+    readonly property Item scene: loader.item
+
+    readonly property bool isGraphicsKnown: GraphicsInfo.api !== GraphicsInfo.Unknown
+    readonly property bool isEmbedded: GraphicsInfo.renderableType === GraphicsInfo.SurfaceFormatOpenGLES
+    readonly property bool isDesktop21: GraphicsInfo.majorVersion * 10 + GraphicsInfo.minorVersion >= 21
+                                        && GraphicsInfo.profile !== GraphicsInfo.OpenGLCoreProfile
+    readonly property bool isUsable: GraphicsInfo.api === GraphicsInfo.OpenGL && (isEmbedded || isDesktop21)
+
+    // On a scaled display a scene rounds the pixels of its picture and cuts off those that it draws: the largest length
+    // for which both are the same leaves no black edge.
+    function drawnLength(available) {
+        let length = Math.floor(available);
+        while (length > 0 && (length * Screen.devicePixelRatio) % 1 >= 0.5)
+            --length;
+        return length;
+    }
+
+    Loader {
+        id: loader
+
+        width: sceneLoader.drawnLength(parent.width)
+        height: sceneLoader.drawnLength(parent.height)
+        active: sceneLoader.isUsable
+        source: sceneLoader.source
+    }
+
+    KXCLabel {
+        objectName: "sceneUnavailableLabel"
+        anchors.centerIn: parent
+        width: Math.min(parent.width - 20, 320)
+        horizontalAlignment: Text.AlignHCenter
+        visible: sceneLoader.isGraphicsKnown && !sceneLoader.isUsable
+        text: qsTr("The 3-D view needs OpenGL 2.1, which this display does not offer.")
+        textColor: Style.TextLightColor
+    }
+}
