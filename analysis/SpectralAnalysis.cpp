@@ -149,7 +149,7 @@ bool ComputeACFigureOfMeritPerBand(const std::vector<float>& signal, std::vector
         band.assign(whole.size(), {});
         copyBins(whole, band, bins.low, bins.lowEnd);
         // The inverse transform takes bins up to N/2 and mirrors them itself: of the upper bins only the one
-        // at N/2 matters, which no band has below.
+        // at N/2 matters, which no range of lower bins has.
         copyBins(whole, band, bins.high, bins.highEnd);
         fft.inv(rebuilt, band);
         float figure = 0.0F;
