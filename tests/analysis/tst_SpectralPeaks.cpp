@@ -141,16 +141,19 @@ private slots:
         QCOMPARE(frequencies, Values{2.0F});
     }
 
-    // Position and width of a bin are multiplied in single precision.
+    // The position, 4000.1 here, is rounded before it is multiplied with the width of a bin, also in single
+    // precision.
     void widthOfTheFrequency()
     {
         Values spectrum(5000, 1.0F);
-        spectrum[4001] = 3.0F;
+        spectrum[3999] = 2.0F;
+        spectrum[4000] = 8.0F;
+        spectrum[4001] = 4.0F;
         Values frequencies;
         Values amplitudes;
-        QVERIFY(ComputeSpectralPeaks(spectrum, frequencies, amplitudes, 1.1F, 3.0F));
+        QVERIFY(ComputeSpectralPeaks(spectrum, frequencies, amplitudes, 1.1F, 0.0F));
         QCOMPARE(frequencies.size(), std::size_t(1));
-        const float expected = 4001.0F * 1.1F;
+        const float expected = 4000.1F * 1.1F;
         QVERIFY(frequencies[0] == expected);
     }
 
