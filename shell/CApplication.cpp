@@ -101,7 +101,7 @@ CApplication::CApplication(QObject* parent)
       m_mainViewModel(&m_settings, m_engine.rootContext(), &m_operationsManager, &m_supervisor, this, this),
       m_loggingCategory("Kestrix.CApplication"), m_logger(SettingsDirectoryPath, this)
 {
-    qDebug() << "CApplication::CApplication() // thread " << thread();
+    qDebug().nospace() << "CApplication::CApplication() // thread " << thread();
     CreateTrayIcon();
 }
 

@@ -75,6 +75,7 @@ RowLayout {
         delegate: ItemDelegate {
             id: entry
 
+            objectName: comboBoxRow.objectName + "Entry" + index
             width: comboBox.width
             height: 30
             padding: 0

@@ -30,6 +30,7 @@ ColumnLayout {
         Button {
             id: imageButton
 
+            objectName: titleColumn.objectName + "Button"
             Layout.preferredWidth: 30
             Layout.preferredHeight: 30
             visible: titleColumn.imageSource.toString() !== ""

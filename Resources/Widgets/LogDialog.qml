@@ -219,6 +219,7 @@ Dialog {
                     }
 
                     LogDialogText {
+                        objectName: "logLevel" + index
                         Layout.preferredWidth: logDialog.levelColumnWidth
                         text: logDialog.levelText(model.level)
                         onImplicitWidthChanged: logDialog.levelColumnWidth = Math.max(logDialog.levelColumnWidth, implicitWidth)
@@ -226,6 +227,7 @@ Dialog {
                     }
 
                     LogDialogText {
+                        objectName: "logTimestamp" + index
                         Layout.preferredWidth: logDialog.timestampColumnWidth
                         text: model.timestamp
                         onImplicitWidthChanged: logDialog.timestampColumnWidth = Math.max(logDialog.timestampColumnWidth, implicitWidth)
@@ -235,6 +237,7 @@ Dialog {
                     LogDialogText {
                         id: messageText
 
+                        objectName: "logMessage" + index
                         Layout.fillWidth: true
                         text: model.message
                         wrapMode: TextEdit.Wrap

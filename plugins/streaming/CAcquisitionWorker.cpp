@@ -177,7 +177,7 @@ void CAcquisitionWorker::deliver()
     }
     ++m_inFlight;
     ++m_delivered;
-    emit BlockReady(block);
+    emit BlockReady(block, m_parameters.units);
     scheduleNext();
 }
 

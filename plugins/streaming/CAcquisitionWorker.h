@@ -46,7 +46,8 @@ public slots:
     void SetParameters(const AcquisitionParameters& parameters);
 
 signals:
-    void BlockReady(QSharedPointer<CMeasureBlock> block);
+    /// `units` are those of the values.
+    void BlockReady(QSharedPointer<CMeasureBlock> block, CUnits::UnitType units);
     /// All blocks asked for by RequestBlock() are delivered; `delivered` counts those since Run().
     void RequestsDone(int delivered);
     /// The source has no more blocks.

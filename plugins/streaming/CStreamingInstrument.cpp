@@ -123,7 +123,9 @@ void CStreamingInstrument::startThread()
     connect(m_thread.get(), &QThread::finished, worker, &QObject::deleteLater);
     connect(
         worker, &CAcquisitionWorker::BlockReady, this,
-        [this, session](const QSharedPointer<CMeasureBlock>& block) { onBlockReady(session, block); },
+        [this, session](const QSharedPointer<CMeasureBlock>& block, CUnits::UnitType units) {
+            onBlockReady(session, block, units);
+        },
         Qt::QueuedConnection);
     connect(
         worker, &CAcquisitionWorker::RequestsDone, this,
@@ -153,13 +155,16 @@ void CStreamingInstrument::joinThread()
     m_thread.reset();
 }
 
-void CStreamingInstrument::onBlockReady(int session, const QSharedPointer<CMeasureBlock>& block)
+void CStreamingInstrument::onBlockReady(int session, const QSharedPointer<CMeasureBlock>& block,
+                                        CUnits::UnitType units)
 {
     if (session != m_session)
         return;
     // The receiver may stop the instrument, or drop it.
     const QPointer<CStreamingInstrument> self(this);
-    emit OnNewMeasureBlock(block);
+    // The receiver reads every block in the unit in force: one that was under way when that changed is lost.
+    if (units == m_applied.units)
+        emit OnNewMeasureBlock(block);
     if (self && m_worker)
         QMetaObject::invokeMethod(m_worker, &CAcquisitionWorker::BlockTaken, Qt::QueuedConnection);
 }

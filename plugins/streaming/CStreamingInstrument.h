@@ -14,7 +14,7 @@
 /// An instrument whose blocks are made by a CBlockSource on a thread of its own while it runs. Follows the
 /// application's parameters, honours their commit flag and serves all four trigger modes. Everything but the
 /// making of blocks happens on the main thread, OnNewMeasureBlock included: so nothing is delivered any more
-/// once StopMeasurement() has returned.
+/// once StopMeasurement() has returned, and nothing in another unit than the one in force.
 class CStreamingInstrument : public CInstrument
 {
     Q_OBJECT
@@ -54,7 +54,7 @@ private:
     void onParameterChanged();
     void startThread();
     void joinThread();
-    void onBlockReady(int session, const QSharedPointer<CMeasureBlock>& block);
+    void onBlockReady(int session, const QSharedPointer<CMeasureBlock>& block, CUnits::UnitType units);
     void onRequestsDone(int serial, int delivered);
     void onExhausted(int serial);
 

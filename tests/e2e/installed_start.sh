@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Installs a build into an empty folder, starts the installed program on the display of the environment and looks into
-# its log for the plug-ins beside it.
+# Installs a build into an empty folder, starts the installed program by its command on the display of the environment
+# and looks into its log for the plug-ins beside it.
 #   installed_start.sh BUILD_DIRECTORY PREFIX
 set -euo pipefail
 
@@ -16,7 +16,7 @@ cd /
 log=$XDG_DATA_HOME/Kestrix/Kestrix.log
 rm -f "$log"
 
-"$program" >/dev/null 2>&1 &
+"$prefix/bin/kestrix" >/dev/null 2>&1 &
 process=$!
 trap 'kill "$process" 2>/dev/null || true' EXIT
 for _ in $(seq 100); do
@@ -29,6 +29,9 @@ kill -0 "$process"
 grep -q "Loading Instrument plugin in $directory/kestrix/instrument" "$log"
 grep -q "KestrixSimulatedInstrument.so loaded" "$log"
 grep -q "KestrixFileReplayInstrument.so loaded" "$log"
+for licence in LICENSE LICENSE.fonts LICENSE.plugin-api; do
+    [ -s "$prefix/share/doc/kestrix/$licence" ]
+done
 for page in connection meter_component meter_table; do
     [ -f "$directory/help/$page.html" ]
 done

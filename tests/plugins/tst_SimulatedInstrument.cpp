@@ -274,6 +274,24 @@ private slots:
             QVERIFY(epochNs(*samples.at(i)) > epochNs(*samples.at(i - 1)));
     }
 
+    void noBlockOfTheOldUnitFollowsTheNewOne()
+    {
+        start(kQuietField + kQuietSensor);
+        Session session(m_instrument);
+        session.parameters.SetUnits(CUnits::MICRO_TESLA);
+        session.Configure(CTrigger::CONTINUOUS, 1000, 10, 100);
+        m_instrument->StartMeasurement();
+        QTRY_VERIFY(!session.blocks.isEmpty());
+        // Busy, as while a page is being redrawn: blocks queue up for the main thread.
+        QThread::msleep(100);
+        session.blocks.clear();
+        session.parameters.SetUnits(CUnits::NANO_TESLA);
+        QTRY_VERIFY(session.blocks.size() > 20);
+        m_instrument->StopMeasurement();
+        for (const auto& sample : session.Samples())
+            QVERIFY(isClose(static_cast<double>(sample->Bx()), 20000));
+    }
+
     void parametersBeyondTheBoundsAreClipped()
     {
         start({});

@@ -32,6 +32,10 @@ QmlTestSetup::QmlTestSetup()
     m_connectionPage.insert(QStringLiteral("InstrumentNames"), QStringList());
     m_connectionPage.insert(QStringLiteral("ActiveInstrumentIndex"), -1);
     m_connectionPage.insert(QStringLiteral("SelectedDefaultInstrumentIndex"), -1);
+    m_connectionPage.insert(QStringLiteral("SerialPortNames"), QStringList());
+    m_connectionPage.insert(QStringLiteral("BaudrateNames"), QStringList());
+    m_connectionPage.insert(QStringLiteral("SelectedSerialPortNameIndex"), -1);
+    m_connectionPage.insert(QStringLiteral("SelectedBaudrateIndex"), -1);
 }
 
 void QmlTestSetup::Prepare()

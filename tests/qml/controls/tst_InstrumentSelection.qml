@@ -46,6 +46,14 @@ Item {
         }
     }
 
+    Component {
+        id: serialComponent
+
+        SerialSettings {
+            anchors.fill: parent
+        }
+    }
+
     SignalSpy {
         id: writes
 
@@ -103,6 +111,45 @@ Item {
             ConnectionPageViewModel.SelectedDefaultInstrumentIndex = 0;
             compare(row.currentIndex, 0);
             compare(row.currentText, "None");
+        }
+
+        function test_serialSettings_data() {
+            return [
+                {
+                    tag: "ports",
+                    ports: ["ttyS0", "ttyUSB0"],
+                    port: 1
+                },
+                {
+                    tag: "no ports",
+                    ports: [],
+                    port: 0
+                }
+            ];
+        }
+
+        // To look at the choices is no choice.
+        function test_serialSettings(data) {
+            ConnectionPageViewModel.SerialPortNames = data.ports;
+            ConnectionPageViewModel.SelectedSerialPortNameIndex = data.port;
+            ConnectionPageViewModel.BaudrateNames = ["4800", "9600", "14400"];
+            ConnectionPageViewModel.SelectedBaudrateIndex = 1;
+            writes.clear();
+            const settings = createTemporaryObject(serialComponent, root);
+            const rate = findChild(settings, "baudRateBox");
+            waitForRendering(settings);
+            compare(writesOf("SelectedSerialPortNameIndex"), 0);
+            compare(writesOf("SelectedBaudrateIndex"), 0);
+            compare(ConnectionPageViewModel.SelectedSerialPortNameIndex, data.port);
+            compare(rate.currentText, "9600");
+            compare(findChild(settings, "serialPortBox").currentText, data.ports.length > 0 ? "ttyUSB0" : "");
+
+            findChild(rate, "baudRateBoxBox").forceActiveFocus();
+            keyClick(Qt.Key_Down);
+            compare(ConnectionPageViewModel.SelectedBaudrateIndex, 2);
+            compare(writesOf("SelectedBaudrateIndex"), 1);
+            ConnectionPageViewModel.SelectedBaudrateIndex = 0;
+            compare(rate.currentText, "4800");
         }
     }
 }

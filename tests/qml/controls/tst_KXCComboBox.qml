@@ -108,6 +108,7 @@ Item {
             compare(box.contentItem.text, "nT");
             compare(box.Accessible.name, "Units");
             compare(labelTexts(openedEntry(0)), ["mT"]);
+            compare(openedEntry(1).objectName, "rangeEntry1");
         }
 
         function test_modelOfMaps() {
