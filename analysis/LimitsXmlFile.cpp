@@ -4,6 +4,8 @@
 #include "CLimitsFileOwner.h"
 #include "CUtils.h"
 #include "Property.h"
+#include "TagLengthGuard.h"
+#include "Utf8XmlDevice.h"
 #include "tFlux.h"
 
 #include <QDebug>
@@ -57,6 +59,15 @@ void refuse(QXmlStreamReader& reader)
                       LimitsXmlFile::tr("The file is not a valid Norvane XML limits file"));
 }
 
+/// A value that is not a number lies outside of nothing.
+void widen(double& lowest, double& highest, double value)
+{
+    if (value < lowest)
+        lowest = value;
+    if (value > highest)
+        highest = value;
+}
+
 } // namespace
 
 LimitsXmlFile::LimitsXmlFile(CLimitsFileOwner& owner, QObject* parent) : XmlFile(parent), m_owner(owner) {}
@@ -78,7 +89,9 @@ void LimitsXmlFile::ReadFile(const QString& path)
         return;
     }
 
-    QXmlStreamReader reader(&file);
+    Utf8XmlDevice text(&file);
+    TagLengthGuard device(&text);
+    QXmlStreamReader reader(&device);
     if (!reader.readNextStartElement() || !isLimitsRoot(reader))
         refuse(reader);
     Clear();
@@ -178,12 +191,10 @@ void LimitsXmlFile::setFileError(bool value)
 
 void LimitsXmlFile::widenFrequencies(double frequency)
 {
-    m_lowestFrequency = qMin(m_lowestFrequency, frequency);
-    m_highestFrequency = qMax(m_highestFrequency, frequency);
+    widen(m_lowestFrequency, m_highestFrequency, frequency);
 }
 
 void LimitsXmlFile::widenExposures(double exposure)
 {
-    m_lowestExposure = qMin(m_lowestExposure, exposure);
-    m_highestExposure = qMax(m_highestExposure, exposure);
+    widen(m_lowestExposure, m_highestExposure, exposure);
 }

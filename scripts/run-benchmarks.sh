@@ -14,7 +14,7 @@ export HOME=$home XDG_RUNTIME_DIR=$home/runtime LC_ALL=C.UTF-8 LIBGL_ALWAYS_SOFT
 unset XDG_DATA_HOME XDG_CONFIG_HOME XDG_CACHE_HOME
 bin=$PWD/build/bench/bin
 
-for name in records charts livepath memory; do
+for name in analysis records charts livepath memory; do
     printf '\n== %s\n' "$name"
     "$bin/bench_$name"
 done

@@ -76,7 +76,10 @@ private slots:
     void readsBand();
     void carriesOver();
     void extremesContainZero();
+    void notANumberMovesNoExtreme();
     void readingReplacesBands();
+    void otherEncoding();
+    void attributesWithoutEnd();
     void missingFile();
     void unreadableFile();
     void refusedRoot_data();
@@ -226,6 +229,40 @@ void tst_LimitsXmlFile::extremesContainZero()
     QCOMPARE(m_file->LowestExposure(), -7.0);
     QCOMPARE(m_file->HighestExposure(), 4.0);
     QCOMPARE(bandsOf(*m_file), QStringList({QStringLiteral("50 Hz 4 T"), QStringLiteral("-3 Hz -7 T")}));
+}
+
+void tst_LimitsXmlFile::notANumberMovesNoExtreme()
+{
+    m_file->ReadFile(
+        write(document(band("50", "-4", "mT") + band("nan", "nan", "mT") + band("8", "2", "mT"))));
+    m_file->Convert(false);
+    QCOMPARE(m_file->Ranges().size(), 3);
+    QCOMPARE(m_file->LowestFrequency(), 0.0);
+    QCOMPARE(m_file->HighestFrequency(), 50.0);
+    QCOMPARE(m_file->LowestExposure(), -4.0);
+    QCOMPARE(m_file->HighestExposure(), 2.0);
+}
+
+void tst_LimitsXmlFile::otherEncoding()
+{
+    m_file->ReadFile(write("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>"
+                           "<NorvaneExposureLimitsFile ver=\"1.0\">" +
+                           band("8", "40", "\xB5T") + "</NorvaneExposureLimitsFile>"));
+    QVERIFY(!m_file->FileError());
+    QCOMPARE(bandsOf(*m_file), QStringList(QStringLiteral("8 Hz 40 \u00B5T")));
+}
+
+// Each attribute of a tag is compared with all others, so that this one would take hours.
+void tst_LimitsXmlFile::attributesWithoutEnd()
+{
+    QByteArray attributes;
+    for (int i = 0; i < 500000; ++i)
+        attributes += " a" + QByteArray::number(i) + "=''";
+    const LogRecorder log;
+    m_file->ReadFile(write(document(band("10", "1", "mT") + "<freqRange" + attributes + "/>")));
+    QVERIFY(m_file->FileError());
+    QCOMPARE(bandsOf(*m_file), QStringList(QStringLiteral("10 Hz 1 mT")));
+    QCOMPARE(log.Messages().size(), 1);
 }
 
 void tst_LimitsXmlFile::readingReplacesBands()
