@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Times the time plot's model at the length of a full history, beside a plain loop that reads the same fields
-// once.
+// Times the time plot's model at the length of a full history, and the spectrum's model at the length of a
+// long block, each beside a plain loop that reads the same values once.
 #include "BlockSource.h"
 #include "CChart2DMeterData.h"
+#include "CChart2DSpectrumData.h"
 #include "CInstrumentSupervisor.h"
 #include "COperationMeasure.h"
 #include "CPluginsManager.h"
@@ -12,6 +13,7 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
+#include <cfloat>
 #include <cstdio>
 #include <functional>
 #include <vector>
@@ -63,6 +65,67 @@ float plainLoop(const std::deque<QSharedPointer<CFieldIntensityResult>>& results
 void print(const char* what, double us)
 {
     std::printf("%-66s %10.1f us\n", what, us);
+}
+
+/// Reads each bin once and keeps the extremes.
+float plainLoop(const std::vector<float>& spectrum)
+{
+    float low = FLT_MAX;
+    float high = FLT_MIN;
+    for (const float bin : spectrum) {
+        low = std::min(low, bin);
+        high = std::max(high, bin);
+    }
+    return high - low;
+}
+
+/// What a view's mapper asks for after a reset.
+double readTable(const CChart2DSpectrumData& chart)
+{
+    double sum = 0.0;
+    for (int row = 0; row < chart.DownsampledSignalLength(); ++row)
+        sum += chart.data(chart.index(row, 0)).toDouble() + chart.data(chart.index(row, 1)).toDouble();
+    return sum;
+}
+
+/// Zooms a spectrum of 32,769 bins. Returns a number that depends on all results.
+double benchSpectrum(COperationMeasure& operation, BlockSource& source)
+{
+    constexpr int kSamples = 65536;
+    constexpr int kNyquist = kSamples / 2;
+    CMeasurementParameters parameters;
+    // Without the coupling of the rates
+    parameters.disconnect(&parameters);
+    parameters.SetAcquisitionRate(kSamples);
+    parameters.SetBlockSize(kSamples);
+    parameters.SetFrequencyMax(kNyquist);
+    operation.RecordingManager()->DataSet()->SetMeasurementParameters(&parameters);
+    auto block = QSharedPointer<CMeasureBlock>::create();
+    while (block->Results.size() < kSamples)
+        block->Results += source.next()->Results;
+    block->Results.resize(kSamples);
+
+    CChart2DSpectrumData chart(&operation);
+    double sink = 0.0;
+    std::printf("\nspectrum of a block of %d results at %g Hz\n", kSamples, parameters.AcquisitionRate());
+    print("UpdateSpectrum, analysis and drawing", medianUs(11, [&] { chart.UpdateSpectrum(block, 0); }));
+    const std::vector<float> spectrum = chart.GetSpectrum();
+    const double plain = medianUs(1001, [&] { sink += static_cast<double>(plainLoop(spectrum)); });
+    std::printf("plain loop over %zu bins, each read once %24s %10.1f us\n", spectrum.size(), "", plain);
+    for (const int width : {kNyquist, kNyquist / 2, 4000, 401, 1}) {
+        int start = 0;
+        const double zoom = medianUs(1001, [&] {
+            start = width == kNyquist ? 0 : (start + 97) % (kNyquist - width);
+            chart.refreshAxisX(start, start + width);
+        });
+        std::printf("refreshAxisX, window of %6d bins, %3d rows %22s %10.1f us (limit 5000)\n", width + 1,
+                    chart.DownsampledSignalLength(), "", zoom);
+    }
+    chart.refreshAxisX(0, kNyquist);
+    print("reading the table as a mapper does, 401 rows", medianUs(1001, [&] { sink += readTable(chart); }));
+    operation.RecordingManager()->DataSet()->SetMeasurementParameters(
+        operation.OperationParameters()->MeasurementParameters());
+    return sink;
 }
 
 } // namespace
@@ -139,5 +202,6 @@ int main(int argc, char** argv)
         std::printf("%-11s ", mode);
         print("add a live block of 100, history full", medianOfAdds(200));
     }
-    return sink > 0.0F ? 0 : 1;
+    const double spectrumSink = benchSpectrum(operation, source);
+    return sink > 0.0F && spectrumSink > 0.0 ? 0 : 1;
 }

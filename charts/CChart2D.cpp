@@ -54,3 +54,11 @@ void CChart2D::SetYminMaxReseted(bool value)
 {
     storeAndEmit(this, m_yminMaxReseted, value, &CChart2D::YminMaxResetedChanged);
 }
+
+void CChart2D::WidenAllSignal(double value)
+{
+    if (value < m_yminAllSignal || m_yminAllSignal == kYminUnset)
+        SetYminAllSignal(value);
+    if (value > m_ymaxAllSignal || m_ymaxAllSignal == kYmaxUnset)
+        SetYmaxAllSignal(value);
+}

@@ -71,6 +71,10 @@ signals:
     void refreshLimitSliderX();
     void refreshLimitSliderY();
 
+protected:
+    /// Counts a value that is drawn in the range of everything seen.
+    void WidenAllSignal(double value);
+
 private:
     double m_xmax = 0.0;
     double m_xmin = 0.0;

@@ -439,17 +439,9 @@ void CChart2DFieldsData::FoldSamples(Fold& fold, const FieldSeries::Values& low,
     for (; first != last; ++first) {
         for (std::size_t i = 0; i < FieldSeries::Count; ++i) {
             if (m_seriesVisible[i])
-                WidenAllSignal((*first)[i]);
+                WidenAllSignal(static_cast<double>((*first)[i]));
         }
     }
-}
-
-void CChart2DFieldsData::WidenAllSignal(float value)
-{
-    if (value < YminAllSignal() || YminAllSignal() == kYminUnset)
-        SetYminAllSignal(value);
-    if (value > YmaxAllSignal() || YmaxAllSignal() == kYmaxUnset)
-        SetYmaxAllSignal(value);
 }
 
 void CChart2DFieldsData::UpdateAxisY(const Fold& fold)

@@ -156,7 +156,6 @@ private:
     bool PublishWindow(Fold& fold);
     void FoldSamples(Fold& fold, const FieldSeries::Values& low, const FieldSeries::Values& high,
                      FieldSeries::Iterator first, const FieldSeries::Iterator& last);
-    void WidenAllSignal(float value);
     void UpdateAxisY(const Fold& fold);
 
     qulonglong m_measureResultCount = 0;

@@ -33,10 +33,14 @@ void CFieldsHistory::DropOldest()
 {
     m_raw.pop_front();
     DropOldestTimeStamp();
-    if (!m_filtered.empty()) {
-        m_filtered.pop_front();
-        m_values.pop_front();
-    }
+    if (!m_filtered.empty())
+        DropOldestFiltered();
+}
+
+void CFieldsHistory::DropOldestFiltered()
+{
+    m_filtered.pop_front();
+    m_values.pop_front();
 }
 
 void CFieldsHistory::ClearRaw()

@@ -30,6 +30,8 @@ public:
     void AppendFiltered(const Result& result);
     /// Drops the oldest entry of all. There must be one.
     void DropOldest();
+    /// Drops the oldest filtered result. There must be one.
+    void DropOldestFiltered();
     void ClearRaw();
     void ClearFiltered();
 

@@ -4,6 +4,7 @@
 #include <QLineSeries>
 #include <QQmlEngine>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -41,5 +42,19 @@ void CPlotTable::handOver(QObject* buffer, QObject* visible, int column) const
                 points[row].setY(std::numeric_limits<double>::quiet_NaN());
         }
     }
+    to->replace(points);
+}
+
+void CPlotTable::handOverPositive(QObject* buffer, QObject* visible) const
+{
+    const auto* from = qobject_cast<QtCharts::QXYSeries*>(buffer);
+    auto* to = qobject_cast<QtCharts::QXYSeries*>(visible);
+    if (!from || !to)
+        return;
+    // What is not a number has become 0 on the way to the buffer.
+    QVector<QPointF> points = from->pointsVector();
+    points.erase(
+        std::remove_if(points.begin(), points.end(), [](const QPointF& point) { return !(point.y() > 0.0); }),
+        points.end());
     to->replace(points);
 }

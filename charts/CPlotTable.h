@@ -25,6 +25,9 @@ public:
 
     /// Replaces the points of one XY series by those of another, which holds this `column` of the table.
     Q_INVOKABLE void handOver(QObject* buffer, QObject* visible, int column) const;
+    /// The same for a series on a log axis: leaves out the points that are not above zero, of which a single
+    /// one would hide the whole series, and those without a number.
+    Q_INVOKABLE void handOverPositive(QObject* buffer, QObject* visible) const;
 
 private:
     mutable bool m_hasGaps = false;

@@ -2,6 +2,7 @@
 #include "FieldSeries.h"
 
 #include "CFieldIntensityResult.h"
+#include "CMeasureBlock.h"
 
 #include <cmath>
 #include <limits>
@@ -17,6 +18,15 @@ Values valuesOf(const CFieldIntensityResult& result)
             result.Bz(),
             result.B() - result.dB(),
             result.B() + result.dB()};
+}
+
+std::vector<float> signalOf(const CMeasureBlock& block, Index series)
+{
+    std::vector<float> signal;
+    signal.reserve(static_cast<std::size_t>(block.Results.size()));
+    for (const auto& result : block.Results)
+        signal.push_back(valuesOf(*result)[series]);
+    return signal;
 }
 
 Bucket visitBucket(const Iterator& first, const Iterator& last, const Values& previous)

@@ -4,8 +4,10 @@
 #include <array>
 #include <cstddef>
 #include <deque>
+#include <vector>
 
 class CFieldIntensityResult;
+class CMeasureBlock;
 
 /// The seven series of every field plot, in their fixed order.
 namespace FieldSeries {
@@ -17,6 +19,9 @@ using Values = std::array<float, Count>;
 using Iterator = std::deque<Values>::const_iterator;
 
 Values valuesOf(const CFieldIntensityResult& result);
+
+/// One series over all results of the block, in their order.
+std::vector<float> signalOf(const CMeasureBlock& block, Index series);
 
 /// What one walk over the samples of a bucket finds, for each series.
 struct Bucket

@@ -18,6 +18,7 @@ class tst_CPlotTable : public QObject
 private slots:
     void showsTheModelAsItIs();
     void gapsComeBackWithTheHandOver();
+    void pointsForALogAxis();
     void otherObjectsAreLeftAlone();
 
 private:
@@ -70,6 +71,32 @@ void tst_CPlotTable::gapsComeBackWithTheHandOver()
     QCOMPARE(visible.at(2).x(), xValue(chart, 2));
 }
 
+void tst_CPlotTable::pointsForALogAxis()
+{
+    constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+    constexpr float kInfinity = std::numeric_limits<float>::infinity();
+    PlainChart chart(&m_parameters);
+    CPlotTable table;
+    table.setSourceModel(&chart);
+    QLineSeries buffer;
+    QLineSeries visible;
+    QtCharts::QVXYModelMapper mapper;
+    mapper.setXColumn(0);
+    mapper.setYColumn(1);
+    mapper.setSeries(&buffer);
+    mapper.setModel(&table);
+    qint64 ns = 0;
+    for (const float b : {1.0F, 0.0F, kNan, 1e-30F, -2.0F, kInfinity, 4.0F})
+        chart.add({makeResult(ns += 100000000, {b, 0, 0, 0, 0, 0})});
+    chart.UpdatePlot();
+    table.handOverPositive(&buffer, &visible);
+    QCOMPARE(visible.count(), 3);
+    QCOMPARE(visible.at(0).y(), 1.0);
+    QVERIFY(visible.at(1).y() > 0.0 && visible.at(1).y() < 1e-29);
+    QCOMPARE(visible.at(1).x(), xValue(chart, 3));
+    QCOMPARE(visible.at(2).y(), 4.0);
+}
+
 void tst_CPlotTable::otherObjectsAreLeftAlone()
 {
     const CPlotTable table;
@@ -79,6 +106,9 @@ void tst_CPlotTable::otherObjectsAreLeftAlone()
     table.handOver(&other, &visible, 1);
     table.handOver(nullptr, &visible, 1);
     table.handOver(&visible, nullptr, 1);
+    table.handOverPositive(&other, &visible);
+    table.handOverPositive(nullptr, &visible);
+    table.handOverPositive(&visible, nullptr);
     QCOMPARE(visible.count(), 1);
 }
 

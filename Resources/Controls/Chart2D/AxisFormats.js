@@ -50,3 +50,12 @@ function vertical(delta, maxVal) {
         return format("%.2f", 1e2, 1e-2);
     return format("%.1f", 1e1, 1e-1);
 }
+
+// `delta` is the range of the axis in hertz.
+function spectrum(delta) {
+    if (delta <= 1.0)
+        return "%.3f";
+    if (delta <= 10.0)
+        return "%.2f";
+    return "%.1f";
+}

@@ -84,64 +84,19 @@ Rectangle {
         Repeater {
             model: Math.max(0, legend.sprites.length - 1)
 
-            Item {
-                id: row
-
+            LegendRow {
                 readonly property var sprite: legend.sprites[index]
-                readonly property color ownColor: legend.chart.seriesColor(index)
 
-                objectName: "legendRow" + index
+                number: index
                 Layout.fillWidth: true
-                Layout.preferredHeight: 22
-                activeFocusOnTab: true
-                Accessible.role: Accessible.CheckBox
-                Accessible.name: name.text
-                Accessible.checkable: true
-                Accessible.checked: sprite.masterVisible
-                Accessible.onToggleAction: legend.toggle(index)
-                Keys.onSpacePressed: legend.toggle(index)
-
-                Rectangle {
-                    id: swatch
-
-                    objectName: "legendSwatch" + index
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: 15
-                    height: 15
-                    radius: 2
-                    color: row.sprite.series.visible ? row.ownColor : "transparent"
-                    border.color: row.ownColor
-                    border.width: row.activeFocus ? 2 : 1
-                }
-
-                KXCLabel {
-                    id: name
-
-                    anchors.verticalCenter: parent.verticalCenter
-                    anchors.left: swatch.right
-                    anchors.leftMargin: 5
-                    anchors.right: parent.right
-                    text: row.sprite.series.name
-                    textColor: row.ownColor
-                    bold: legend.hoveredRow === index
-                    wrapMode: Text.NoWrap
-                }
-
-                MouseArea {
-                    anchors.fill: parent
-                    hoverEnabled: true
-                    cursorShape: Qt.PointingHandCursor
-                    onPressed: {
-                        if (mouse.source !== Qt.MouseEventNotSynthesized)
-                            hoverEnabled = false;
-                        legend.toggle(index);
-                    }
-                    onEntered: {
-                        if (hoverEnabled)
-                            legend.hover(index);
-                    }
-                    onExited: legend.hover(-1)
-                }
+                seriesName: sprite.series.name
+                seriesColor: legend.chart.seriesColor(index)
+                shown: sprite.series.visible
+                checked: sprite.masterVisible
+                bold: legend.hoveredRow === index
+                onToggled: legend.toggle(index)
+                onEntered: legend.hover(index)
+                onExited: legend.hover(-1)
             }
         }
 

@@ -1,37 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick 2.15
 
-// Zoom by rectangle and scrolling on a FieldChartView. Lies over the chart, with the chart's size.
-MouseArea {
+// Zoom by rectangle and scrolling on a FieldChartView.
+ChartSelectionArea {
     id: area
 
-    property Item chart: null
     property QtObject dataModel: null
     property bool autoScaling: true
-    readonly property rect plot: chart.plotArea
-    property real lastX: 0
-    property real lastY: 0
-    property point pressedAt: Qt.point(0, 0)
-
-    signal resetDisplay
-
-    function isRealMouse(mouse) {
-        return mouse.source === Qt.MouseEventNotSynthesized;
-    }
-
-    function clampedToPlot(x, y) {
-        return Qt.point(Math.max(plot.x, Math.min(plot.x + plot.width, x)),
-                        Math.max(plot.y, Math.min(plot.y + plot.height, y)));
-    }
-
-    // The selector between the point of the press and here; auto scaling leaves the height to the plot.
-    function select(x, y) {
-        const end = clampedToPlot(x, y);
-        selector.x = Math.min(pressedAt.x, end.x);
-        selector.width = Math.abs(end.x - pressedAt.x);
-        selector.y = autoScaling ? plot.y : Math.min(pressedAt.y, end.y);
-        selector.height = autoScaling ? plot.height : Math.abs(end.y - pressedAt.y);
-    }
 
     function roundedEnds(low, high, axis) {
         if (high - low < axis.minAxisRange) {
@@ -43,12 +18,12 @@ MouseArea {
         return [Math.round(low * p) / p, Math.round(high * p) / p];
     }
 
-    function zoomToSelector() {
-        const topLeft = chart.mapToValue(Qt.point(selector.x, selector.y));
-        const bottomRight = chart.mapToValue(Qt.point(selector.x + selector.width, selector.y + selector.height));
+    function zoomTo(selection) {
+        const topLeft = chart.mapToValue(Qt.point(selection.x, selection.y));
+        const bottomRight = chart.mapToValue(Qt.point(selection.x + selection.width, selection.y + selection.height));
         const xEnds = roundedEnds(topLeft.x, bottomRight.x, chart.axisX);
-        let top = selector.y;
-        let bottom = selector.y + selector.height;
+        let top = selection.y;
+        let bottom = selection.y + selection.height;
         if (!autoScaling) {
             const yEnds = roundedEnds(bottomRight.y, topLeft.y, chart.axisY);
             top = chart.mapToPosition(Qt.point(xEnds[0], yEnds[1])).y;
@@ -79,43 +54,14 @@ MouseArea {
     }
 
     enabled: dataModel !== null
-    acceptedButtons: Qt.LeftButton | Qt.RightButton
-    Accessible.ignored: true
-
-    onPressed: {
-        MainViewModel.PageMenuExpanded = false;
-        MainViewModel.ParameterMenuExpanded = false;
-        lastX = mouse.x;
-        lastY = mouse.y;
-        if (mouse.button !== Qt.LeftButton || !isRealMouse(mouse))
-            return;
-        pressedAt = clampedToPlot(mouse.x, mouse.y);
-        select(mouse.x, mouse.y);
-        selector.visible = true;
-    }
-    onPositionChanged: {
-        if (selector.visible)
-            select(mouse.x, mouse.y);
-        else if (pressed && !isRealMouse(mouse))
-            drag(mouse.x - lastX, mouse.y - lastY);
-        lastX = mouse.x;
-        lastY = mouse.y;
-    }
-    onReleased: {
-        const selectedHeight = selector.visible ? selector.height : 0;
-        if (selector.visible && selector.width > 0 && selector.height > 0)
-            zoomToSelector();
-        selector.visible = false;
-        if (mouse.button === Qt.RightButton && isRealMouse(mouse))
-            resetDisplay();
+    // Auto scaling leaves the height to the plot.
+    heightFromMouse: !autoScaling
+    onSelected: zoomTo(selection)
+    onDragged: drag(dx, dy)
+    onFinished: {
         tellModel();
         if (!autoScaling && selectedHeight > 0)
             dataModel.refreshYminYmax(chart.axisY.min, chart.axisY.max);
-    }
-    onCanceled: selector.visible = false
-    onDoubleClicked: {
-        if (!isRealMouse(mouse))
-            resetDisplay();
     }
     onWheel: {
         if (wheel.angleDelta.y > 0 && chart.axisX.max < dataModel.MeasureResultMaxX)
@@ -123,14 +69,5 @@ MouseArea {
         else if (wheel.angleDelta.y < 0 && chart.axisX.min > dataModel.MeasureResultMinX)
             chart.scrollLeft(-wheel.angleDelta.y);
         tellModel();
-    }
-
-    Rectangle {
-        id: selector
-
-        objectName: "zoomSelector"
-        color: "black"
-        opacity: 0.2
-        visible: false
     }
 }

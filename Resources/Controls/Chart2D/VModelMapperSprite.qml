@@ -14,12 +14,17 @@ QtObject {
     property int rowCount: 0
     // What the user chose, as opposed to the series' own `visible`, which hovering over the legend changes.
     property bool masterVisible: true
+    // On a log axis a single point that is not above zero would hide the series.
+    property bool positiveOnly: false
+
+    // With a model that has rows already, a mapper without its columns warns.
+    property bool completed: false
 
     readonly property XYSeries buffer: PointBuffer {
     }
     readonly property VXYModelMapper mapper: VXYModelMapper {
         series: sprite.buffer
-        model: sprite.plotTable
+        model: sprite.completed ? sprite.plotTable : null
         firstRow: 0
         // A mapper of no rows warns when the model has some, which is what it sees first when data come.
         rowCount: Math.max(1, sprite.rowCount)
@@ -27,8 +32,14 @@ QtObject {
         yColumn: sprite.yColumn
     }
 
+    Component.onCompleted: completed = true
+
     function show() {
-        if (plotTable !== null && series !== null)
+        if (plotTable === null || series === null)
+            return;
+        if (positiveOnly)
+            plotTable.handOverPositive(buffer, series);
+        else
             plotTable.handOver(buffer, series, yColumn);
     }
 }
