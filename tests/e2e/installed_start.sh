@@ -29,6 +29,6 @@ kill -0 "$process"
 grep -q "Loading Instrument plugin in $directory/kestrix/instrument" "$log"
 grep -q "KestrixSimulatedInstrument.so loaded" "$log"
 grep -q "KestrixFileReplayInstrument.so loaded" "$log"
-for page in connection meter_component meter_table; do
+for page in connection meter_component meter_plot meter_table; do
     [ -f "$directory/help/$page.html" ]
 done
