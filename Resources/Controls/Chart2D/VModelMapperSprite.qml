@@ -14,12 +14,14 @@ QtObject {
     property int rowCount: 0
     // What the user chose, as opposed to the series' own `visible`, which hovering over the legend changes.
     property bool masterVisible: true
+    property bool completed: false
 
     readonly property XYSeries buffer: PointBuffer {
     }
     readonly property VXYModelMapper mapper: VXYModelMapper {
         series: sprite.buffer
-        model: sprite.plotTable
+        // A mapper warns of a model with rows as long as it does not know its column.
+        model: sprite.completed ? sprite.plotTable : null
         firstRow: 0
         // A mapper of no rows warns when the model has some, which is what it sees first when data come.
         rowCount: Math.max(1, sprite.rowCount)
@@ -31,4 +33,6 @@ QtObject {
         if (plotTable !== null && series !== null)
             plotTable.handOver(buffer, series, yColumn);
     }
+
+    Component.onCompleted: completed = true
 }
