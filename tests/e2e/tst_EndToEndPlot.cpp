@@ -8,6 +8,7 @@
 #include <QQuickWindow>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTime>
 #include <QXYSeries>
 
 #include <algorithm>
@@ -272,11 +273,19 @@ private slots:
                                                                  });
         };
         QTRY_VERIFY(isDrawn());
+        const auto shownMs = [this] {
+            const auto time = [this](const char* label) {
+                return QTime::fromString(driver().Text(QLatin1String(label)), QStringLiteral("HH:mm:ss.zzz"));
+            };
+            return time("xMinTimeLabel").msecsTo(time("xMaxTimeLabel"));
+        };
+        QTRY_COMPARE(driver().Text(QStringLiteral("xMaxDateLabel")).size(), 10);
         // Another page forgets it and the way back brings it again, once.
         QVERIFY(driver().Click(QStringLiteral("tableTab")));
         QVERIFY(driver().WaitFor(QStringLiteral("measurementsTable")));
         openPlot();
         QTRY_VERIFY(isDrawn());
+        QCOMPARE(driver().Text(QStringLiteral("xMaxDateLabel")).size(), 10);
 
         // The window follows the block that the user looks at.
         QVERIFY(driver().WaitFor(QStringLiteral("currentBlockField")));
@@ -285,6 +294,7 @@ private slots:
                      QStringLiteral("3"));
         // Six samples, 50 ms each.
         QTRY_VERIFY(std::abs(plot().Number("Xmax") - 0.3) < 0.01);
+        QTRY_VERIFY2(std::abs(shownMs() - 300) <= 50, qPrintable(QString::number(shownMs())));
         QCOMPARE(plot().Number("MeasureResultCount"), 2.0 * recorded);
         answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
         QVERIFY(scenario().CloseWindow());
