@@ -18,7 +18,7 @@ for name in analysis records charts livepath memory; do
     printf '\n== %s\n' "$name"
     "$bin/bench_$name"
 done
-for name in scene lag startup; do
+for name in scene lag meter_page startup; do
     printf '\n== %s\n' "$name"
     scripts/with-display.sh "$bin/bench_$name" 2>"$home/$name.log" || { tail -20 "$home/$name.log" >&2; exit 1; }
 done

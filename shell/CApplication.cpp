@@ -3,6 +3,7 @@
 
 #include "ApplicationDirPath.h"
 #include "CInstrumentPlugin.h"
+#include "CPlotTable.h"
 #include "CSteadyTable.h"
 #include "CUnits.h"
 #include "CUtils.h"
@@ -149,6 +150,7 @@ void CApplication::Initialize()
     m_pluginsManager.LoadAll();
     StartInstrumentPlugins();
     LoadFonts();
+    CPlotTable::RegisterQmlTypes();
     qmlRegisterType<CUnits>("Kestrix.CUnit", 1, 0, "Unit");
     qmlRegisterUncreatableType<CLogMessage>("Kestrix.CLogMessage", 1, 0, "LogMessageLevel",
                                             QStringLiteral("Cannot create LogMessageLevel in QML"));

@@ -73,7 +73,10 @@ void CMainViewModel::MoveToOperationPage(const OperationPage& page)
         m_page->PageLeft();
     DiscardPage();
     m_operationsManager->SetActiveOperation(page.operation);
-    m_rootContext->setContextProperty(QStringLiteral("ActiveOperation"), page.operation);
+    // Each writing of a context property connects the context with the object anew.
+    const QString activeOperation = QStringLiteral("ActiveOperation");
+    if (m_rootContext->contextProperty(activeOperation).value<QObject*>() != page.operation)
+        m_rootContext->setContextProperty(activeOperation, page.operation);
     m_page = page.createViewModel();
     m_page->PageEntered();
     m_rootContext->setContextProperty(QStringLiteral("ActivePageViewModel"), m_page);

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CMeterOperationDatasetViewModel.h"
 
-CMeterOperationDatasetViewModel::CMeterOperationDatasetViewModel(CDataSetMeasurement* dataSet,
-                                                                 CRecordingManager* recordingManager,
-                                                                 QObject* parent)
-    : QObject(parent), m_tableData(dataSet, recordingManager)
+#include "COperationMeasure.h"
+#include "CRecordingManagerMeasure.h"
+
+CMeterOperationDatasetViewModel::CMeterOperationDatasetViewModel(COperationMeasure* operation,
+                                                                 CSettings* settings, QObject* parent)
+    : QObject(parent), m_tableData(operation->RecordingManager()->DataSet(), operation->RecordingManager()),
+      m_chart2DData(operation, settings)
 {
 }

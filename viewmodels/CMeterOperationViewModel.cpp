@@ -34,7 +34,7 @@ CMeterOperationViewModel::CMeterOperationViewModel(COperationMeasure* operation,
                                                    CUserNotifier* notifier, QObject* parent)
     : CMeasurementOperationViewModel(QStringLiteral("MeterOperation"), operation, settings, parent),
       m_measurementParametersViewModel(operation, false), m_alarmParametersViewModel(operation),
-      m_datasetViewModel(dataSet(), recordingManager()),
+      m_datasetViewModel(operation, settings),
       m_alarm(notifier, alarmParameters(operation).State(), alarmParameters(operation).Axis(), true)
 {
     m_alarmParametersViewModel.SetDisplayAlarmUnits(DisplayUnits());
@@ -46,6 +46,7 @@ CMeterOperationViewModel::CMeterOperationViewModel(COperationMeasure* operation,
     recordingManager()->SetIsProcessingBlock(false);
     presentExistingData();
     SetCommentOverAll(dataSet()->Comment());
+    fillChart();
 }
 
 void CMeterOperationViewModel::connectSignals()
@@ -206,24 +207,53 @@ void CMeterOperationViewModel::presentExistingData()
     storeAndEmit(this, m_newMeasureReady, true, &CMeterOperationViewModel::NewMeasureReadyChanged);
 }
 
+void CMeterOperationViewModel::fillChart()
+{
+    CChart2DMeterData& chart = *m_datasetViewModel.Chart2DData();
+    const auto& blocks = *dataSet()->MeasureBlocks();
+    CRecordingManager& manager = *recordingManager();
+    if (manager.IsPlayingBack()) {
+        const bool isInFlow = !manager.ReplayStepByStep() && !manager.IsHolding();
+        if (isInFlow)
+            manager.PauseReplay();
+        chart.LoadDatasetUpTo(blocks, manager.ReplayIndex(), false);
+        if (isInFlow)
+            manager.StartReplay();
+    } else if (manager.IsDataLoaded() || (manager.IsIdleWithData() && !manager.IsRecording())) {
+        chart.LoadDatasetUpTo(blocks, manager.ReplayIndex(), true);
+    } else {
+        chart.LoadDataset(blocks);
+    }
+}
+
+bool CMeterOperationViewModel::isChartBehind()
+{
+    const auto blockSize = static_cast<qulonglong>(dataSet()->MeasurementParameters()->BlockSize());
+    const auto numBlocks = static_cast<qulonglong>(recordingManager()->NumBlocks());
+    return blockSize != 0 && m_datasetViewModel.Chart2DData()->MeasureResultCount() / blockSize < numBlocks;
+}
+
 void CMeterOperationViewModel::OnNewMeasure(QSharedPointer<CMeasureBlock> block)
 {
     const CRecordingManager& manager = *recordingManager();
     if (!manager.IsPlayingBack() && !manager.IsRecording() && manager.IsIdleWithData()) {
         // The user moves through stored blocks.
-        processBlock(block, TableRows::Replace);
+        m_fullRedraw = m_fullRedraw || isChartBehind();
+        processBlock(block, TableRows::Replace, BlockSource::Stored);
+        m_fullRedraw = false;
         return;
     }
     if (manager.ReplayIndex() == manager.StartReplayIndex())
         dropSmallBlocks();
     if (!manager.IsPlayingBack() || manager.ReplayStepByStep()) {
-        processBlock(block, TableRows::Replace);
+        processBlock(block, TableRows::Replace, BlockSource::Incoming);
         return;
     }
     appendSmallBlocks(*block);
 }
 
-void CMeterOperationViewModel::processBlock(const BlockPointer& block, TableRows tableRows)
+void CMeterOperationViewModel::processBlock(const BlockPointer& block, TableRows tableRows,
+                                            BlockSource source)
 {
     using Self = CMeterOperationViewModel;
     storeAndEmit(this, m_newMeasureReady, false, &Self::NewMeasureReadyChanged);
@@ -234,10 +264,30 @@ void CMeterOperationViewModel::processBlock(const BlockPointer& block, TableRows
     if (tableRows == TableRows::Replace)
         table.Clear();
     table.AddBlock(block);
+    updateChart(block, source);
     checkAlarm(*block);
     setCommentBlock(block->Comment());
     updateArrows(*block);
     storeAndEmit(this, m_newMeasureReady, true, &Self::NewMeasureReadyChanged);
+}
+
+void CMeterOperationViewModel::updateChart(const BlockPointer& block, BlockSource source)
+{
+    CChart2DMeterData& chart = *m_datasetViewModel.Chart2DData();
+    const auto& blocks = *dataSet()->MeasureBlocks();
+    const int index = recordingManager()->ReplayIndex();
+    if (m_fullRedraw) {
+        if (chart.MeasureResultCount() > 0)
+            chart.ClearData();
+        if (source == BlockSource::Stored)
+            chart.LoadDatasetUpTo(blocks, index, true);
+        else
+            chart.LoadDataset(blocks);
+    } else if (source == BlockSource::Stored) {
+        chart.MoveToBlock(blocks, index, true);
+    } else {
+        chart.AddMeasureBlock(block);
+    }
 }
 
 void CMeterOperationViewModel::convertUncertainty(const CMeasureBlock& block) const
@@ -434,7 +484,7 @@ void CMeterOperationViewModel::OnSmallBlockTimer()
         const CFieldIntensityResult& first = *piece->Results.first();
         const bool beginsBlock =
             first.Timestamp == m_firstSampleTime && first.TimestampNanoseconds == m_firstSampleNanoseconds;
-        processBlock(piece, beginsBlock ? TableRows::Replace : TableRows::Append);
+        processBlock(piece, beginsBlock ? TableRows::Replace : TableRows::Append, BlockSource::Incoming);
     }
     if (m_smallBlockIndex >= m_smallBlocks.size()) {
         // Let go of the pieces first: the recording manager may deliver the next block at once.
@@ -477,6 +527,7 @@ void CMeterOperationViewModel::OnMeasureParametersUncertaintyUnitChanged()
 
 void CMeterOperationViewModel::OnDataSetCleared()
 {
+    m_datasetViewModel.Chart2DData()->ClearData();
     m_datasetViewModel.TableData()->Clear();
     resetDisplay();
     setCommentBlock(QString());
@@ -489,6 +540,7 @@ void CMeterOperationViewModel::OnPlayingBackChanged(bool isPlayingBack)
 {
     if (!isPlayingBack)
         return;
+    m_datasetViewModel.Chart2DData()->ClearData();
     m_datasetViewModel.TableData()->Clear();
     setCommentBlock(QString());
     SetCommentOverAll(dataSet()->Comment());
@@ -507,7 +559,9 @@ void CMeterOperationViewModel::OnSelectedModeIndexChanged()
 void CMeterOperationViewModel::OnDatasetLoaded()
 {
     openReplayRange();
+    m_fullRedraw = true;
     if (const BlockPointer block = lastBlockOfDataSet())
         OnNewMeasure(block);
+    m_fullRedraw = false;
     SetCommentOverAll(dataSet()->Comment());
 }

@@ -15,9 +15,9 @@
 #include <QVector>
 
 /// The meter page. Turns each block of the measure operation, live or replayed, into what the page shows: the
-/// values of its last sample with their maxima, the compass, the arrows of field and rotation, and the table;
-/// and compares it with the limits of the alarm. A replayed block is cut into small blocks, so that it looks
-/// like a continuous measurement.
+/// values of its last sample with their maxima, the compass, the arrows of field and rotation, the table and
+/// the time plot; and compares it with the limits of the alarm. A replayed block is cut into small blocks, so
+/// that it looks like a continuous measurement.
 ///
 /// Last values, maxima and quaternions announce every assignment, changed or not.
 class CMeterOperationViewModel : public CMeasurementOperationViewModel
@@ -185,6 +185,10 @@ private:
     /// Whether a block takes the place of the rows in the table or goes behind them.
     enum class TableRows { Replace, Append };
 
+    /// Whether a block comes in, live or by a replay in flow, or the user looks at a stored one, which the
+    /// plot holds already.
+    enum class BlockSource { Incoming, Stored };
+
     /// As constructed the identity rotation.
     struct Rotation
     {
@@ -199,7 +203,10 @@ private:
 
     void resetDisplay();
     void presentExistingData();
-    void processBlock(const BlockPointer& block, TableRows tableRows);
+    void fillChart();
+    bool isChartBehind();
+    void processBlock(const BlockPointer& block, TableRows tableRows, BlockSource source);
+    void updateChart(const BlockPointer& block, BlockSource source);
     void convertUncertainty(const CMeasureBlock& block) const;
     void updateLastBlockValues(const CMeasureBlock& block);
     void raiseMaximum(double& maximum, double value, void (CMeterOperationViewModel::*changed)(double));
@@ -255,4 +262,5 @@ private:
     quint32 m_firstSampleNanoseconds = 0;
     QTimer m_smallBlockTimer;
     double m_timeWarp = 1.0;
+    bool m_fullRedraw = false; ///< the plot is to be filled anew from the dataset
 };

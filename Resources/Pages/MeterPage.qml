@@ -4,6 +4,7 @@ import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import Kestrix.CUnit 1.0
 import "../Controls"
+import "../Controls/Chart2D"
 import "../Controls/MeasurementsTable"
 import "../Controls/Meter"
 import "../Utils/Style.js" as Style
@@ -21,6 +22,23 @@ Item {
         id: componentDisplayer
 
         ComponentDisplayer {
+        }
+    }
+
+    Component {
+        id: measurementsChart2D
+
+        MeasurementsChart2D {
+            readonly property QtObject chartData: ActivePageViewModel.MeterOperationDatasetViewModel.Chart2DData
+
+            dataModel: chartData
+            verticalAxisLabel: qsTr("Field strength")
+            unit: ActivePageViewModel.DisplayUnits
+            lengthAxeX: chartData.XTickCount
+            xMinTime: chartData.XminTime
+            xMinDate: chartData.XminDate
+            xMaxTime: chartData.XmaxTime
+            xMaxDate: chartData.XmaxDate
         }
     }
 
@@ -241,6 +259,14 @@ Item {
 
                 objectName: "componentTab"
                 text: qsTr("Component")
+            }
+
+            KXCTabButton {
+                readonly property Component component: measurementsChart2D
+                readonly property int sectionIndex: 1
+
+                objectName: "plotTab"
+                text: qsTr("2D Plot")
             }
 
             KXCTabButton {

@@ -32,30 +32,57 @@ void DialogAnswers::ExpectFileDialog(const QString& title, const QString& path)
     m_expected.enqueue({title, QMessageBox::NoButton, path, true});
 }
 
+void DialogAnswers::AnswerAlways(const QString& text,
+                                 const std::function<QMessageBox::StandardButton()>& answer)
+{
+    m_standingAnswers.insert(text, answer);
+}
+
+void DialogAnswers::AnswerFileDialogAlways(const QString& title, const QString& path)
+{
+    m_standingPaths.insert(title, path);
+}
+
 void DialogAnswers::answer()
 {
     QWidget* modal = QApplication::activeModalWidget();
     if (!modal)
         return;
-    if (auto* box = qobject_cast<QMessageBox*>(modal)) {
-        if (m_expected.isEmpty() || m_expected.head().isFileDialog || m_expected.head().text != box->text()) {
-            m_problems << QStringLiteral("unexpected message: ") + box->text() + QLatin1Char('|') +
-                              box->informativeText();
-            later(box, "reject");
-            return;
-        }
-        later(box->button(m_expected.dequeue().button), "click");
+    if (auto* box = qobject_cast<QMessageBox*>(modal))
+        answerMessage(*box);
+    else
+        answerFileDialog(*modal);
+}
+
+void DialogAnswers::answerMessage(QMessageBox& box)
+{
+    if (!m_expected.isEmpty() && !m_expected.head().isFileDialog && m_expected.head().text == box.text()) {
+        later(box.button(m_expected.dequeue().button), "click");
         return;
     }
-    auto* dialog = qobject_cast<QFileDialog*>(modal);
-    if (!dialog || m_expected.isEmpty() || !m_expected.head().isFileDialog ||
-        m_expected.head().text != dialog->windowTitle()) {
-        m_problems << QStringLiteral("unexpected dialog: ") + modal->windowTitle();
-        later(modal, "reject");
+    if (const auto standing = m_standingAnswers.value(box.text())) {
+        later(box.button(standing()), "click");
+        return;
+    }
+    m_problems << QStringLiteral("unexpected message: ") + box.text() + QLatin1Char('|') +
+                      box.informativeText();
+    later(&box, "reject");
+}
+
+void DialogAnswers::answerFileDialog(QWidget& modal)
+{
+    const auto* dialog = qobject_cast<QFileDialog*>(&modal);
+    QString path = m_standingPaths.value(modal.windowTitle());
+    if (!m_expected.isEmpty() && m_expected.head().isFileDialog &&
+        m_expected.head().text == modal.windowTitle())
+        path = m_expected.dequeue().path;
+    if (!dialog || path.isEmpty()) {
+        m_problems << QStringLiteral("unexpected dialog: ") + modal.windowTitle();
+        later(&modal, "reject");
         return;
     }
     auto* edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     m_lastProposal = edit->text();
-    edit->setText(m_expected.dequeue().path);
-    later(dialog, "accept");
+    edit->setText(path);
+    later(&modal, "accept");
 }

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QHash>
 #include <QMessageBox>
 #include <QObject>
 #include <QQueue>
 #include <QString>
 #include <QStringList>
 #include <QTimer>
+
+#include <functional>
 
 /// Answers the modal dialogs that the program opens, in the order given beforehand. One that nobody expected
 /// is refused and noted, so that no test hangs on it.
@@ -19,6 +22,11 @@ public:
 
     void ExpectMessage(const QString& text, QMessageBox::StandardButton answer);
     void ExpectFileDialog(const QString& title, const QString& path);
+
+    /// From now on answers this message, and this file dialog, as often as they come, unless another answer
+    /// is expected first.
+    void AnswerAlways(const QString& text, const std::function<QMessageBox::StandardButton()>& answer);
+    void AnswerFileDialogAlways(const QString& title, const QString& path);
 
     bool IsDone() const { return m_expected.isEmpty(); }
     /// What went otherwise than expected.
@@ -36,9 +44,13 @@ private:
     };
 
     void answer();
+    void answerMessage(QMessageBox& box);
+    void answerFileDialog(QWidget& modal);
 
     QTimer m_timer;
     QQueue<Expected> m_expected;
+    QHash<QString, std::function<QMessageBox::StandardButton()>> m_standingAnswers;
+    QHash<QString, QString> m_standingPaths;
     QStringList m_problems;
     QString m_lastProposal;
 };

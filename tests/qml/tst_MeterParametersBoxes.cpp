@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The parameter boxes of the meter page on the real view models, driven by mouse and keyboard.
 #include "CMeterOperationViewModel.h"
+#include "CPlotTable.h"
 #include "DialogDriver.h"
 #include "MeasureFixture.h"
 #include "QmlTestSetup.h"
@@ -108,6 +109,7 @@ private:
 void tst_MeterParametersBoxes::initTestCase()
 {
     QmlTestSetup::Prepare();
+    CPlotTable::RegisterQmlTypes();
 }
 
 void tst_MeterParametersBoxes::init()

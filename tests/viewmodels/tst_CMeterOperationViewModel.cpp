@@ -74,7 +74,8 @@ void tst_CMeterOperationViewModel::surface()
     VERIFY_NO_DIFFERENCE(
         compareMethods(metaObject, QMetaMethod::Method, {"setDefaultParameters()", "resetAllMaximum()"}));
     VERIFY_NO_DIFFERENCE(compareProperties(CMeterOperationDatasetViewModel::staticMetaObject,
-                                           {{"TableData", "CMeasureBlockData*", Constant}}));
+                                           {{"TableData", "CMeasureBlockData*", Constant},
+                                            {"Chart2DData", "CChart2DMeterData*", Constant}}));
 }
 
 void tst_CMeterOperationViewModel::initialValues()

@@ -122,6 +122,8 @@ Item {
     Component.onCompleted: {
         completed = true;
         chartView.createAllSeries();
+        if (bindingActived)
+            dataModel.refreshLegendData(dataModel.Xmin, dataModel.Xmax);
         resetXSlider();
         resetYSlider();
     }
@@ -172,10 +174,7 @@ Item {
                 objectName: "zoomResetButton"
                 label: qsTr("Reset zoom")
                 imageSource: chart2D.images + "ZoomReset.svg"
-                onClicked: {
-                    chart2D.resetDisplay();
-                    chart2D.dataModel.refreshLegendData(chart2D.dataModel.Xmin, chart2D.dataModel.Xmax);
-                }
+                onClicked: chart2D.resetDisplay()
             }
 
             GraphToolButton {
@@ -338,6 +337,8 @@ Item {
 
         function onRefreshLimitSliderX() {
             chart2D.resetXSlider();
+            // A window that the model has moved has other times at its ends.
+            chart2D.dataModel.refreshLegendData(chart2D.dataModel.Xmin, chart2D.dataModel.Xmax);
         }
 
         function onRefreshLimitSliderY() {

@@ -30,4 +30,10 @@ Column {
     SaveImportParametersParametersBox {
         expanded: false
     }
+
+    FilterParametersBox {
+        viewModel: ActivePageViewModel.MeterOperationDatasetViewModel.Chart2DData
+        visible: ActivePageViewModel.SectionIndex === 1
+        expanded: false
+    }
 }

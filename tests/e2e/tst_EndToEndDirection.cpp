@@ -1,39 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Compass and 3-D scene in the whole program, live and in replay.
-#include "CApplication.h"
-#include "InitResources.h"
-#include "Scenario.h"
-#include "SettingsDirectoryPath.h"
+#include "EndToEndTest.h"
 
-#include <QApplication>
-#include <QDir>
 #include <QMetaProperty>
 #include <QQuaternion>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
-#include <QSurfaceFormat>
 #include <QTest>
 #include <QVector3D>
 
-#include <memory>
-
 /// Each test function is one run of the program, in a process of its own.
-class tst_FieldDirection : public QObject
+class tst_EndToEndDirection : public EndToEndTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
-    void liveAndReplay();
+    void directionLiveAndInReplay();
     void rotation();
 
 private:
-    WindowDriver& driver() { return m_scenario->Driver(); }
-    int blocks() { return m_scenario->RecordingManager()->property("NumBlocks").toInt(); }
-    double meter(const char* property) { return m_scenario->PageViewModel()->property(property).toDouble(); }
+    double meter(const char* property) { return scenario().PageViewModel()->property(property).toDouble(); }
     bool isSideShown(const char* side);
     bool hasArrow();
     /// Where the arrow of the scene points.
@@ -45,60 +32,44 @@ private:
     void goThroughTheTabs();
     /// Whether arrow and gauge are on the screen, within the window.
     void compareSight();
-
-    std::unique_ptr<Scenario> m_scenario;
 };
 
-void tst_FieldDirection::init()
-{
-    QDir(SettingsDirectoryPath).removeRecursively();
-    m_scenario = std::make_unique<Scenario>();
-}
-
-void tst_FieldDirection::cleanup()
-{
-    const QStringList problems = m_scenario->Problems();
-    m_scenario.reset();
-    QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
-}
-
-void tst_FieldDirection::start(const char* field)
+void tst_EndToEndDirection::start(const char* field)
 {
     Scenario::WriteSimulationSettings(QStringLiteral("[Field]\n") + QLatin1String(field) +
                                       QStringLiteral("\n[Sensor]\nNoise=0\n"));
     // From the front: X to the right, Y up, Z towards the viewer.
     Scenario::WriteApplicationSettings(QStringLiteral("<Meter3DCameraPreset>1</Meter3DCameraPreset>"));
-    Scenario::WriteDefaultInstrument(QStringLiteral("Simulated instrument"), QStringLiteral("SIM-0001"));
-    m_scenario->Start(Scenario::Shipped);
+    startWithDefaultInstrument();
     driver().Window()->resize(1280, 960);
     QVERIFY(driver().WaitFor(QStringLiteral("meterScene")));
 }
 
-bool tst_FieldDirection::isSideShown(const char* side)
+bool tst_EndToEndDirection::isSideShown(const char* side)
 {
     const QQuickItem* item = driver().Find(QLatin1String(side));
     return item && item->property("isShown").toBool();
 }
 
-bool tst_FieldDirection::hasArrow()
+bool tst_EndToEndDirection::hasArrow()
 {
     const QQuickItem* scene = driver().Find(QStringLiteral("meterScene"));
     return scene && scene->property("hasFieldVector").toBool();
 }
 
-QVector3D tst_FieldDirection::arrow()
+QVector3D tst_EndToEndDirection::arrow()
 {
     const auto* item = driver().Find(QStringLiteral("meterScene"))->property("fieldVector").value<QObject*>();
     return item->property("rotation").value<QQuaternion>().rotatedVector(QVector3D(0, 1, 0));
 }
 
-QVector3D tst_FieldDirection::field()
+QVector3D tst_EndToEndDirection::field()
 {
     return QVector3D(float(meter("BxLastBlock")), float(meter("ByLastBlock")), float(meter("BzLastBlock")))
         .normalized();
 }
 
-void tst_FieldDirection::chooseProbeAxis(int index)
+void tst_EndToEndDirection::chooseProbeAxis(int index)
 {
     QVERIFY(driver().Click(QStringLiteral("probeAxisChoiceBox")));
     QTest::qWait(100);
@@ -109,7 +80,7 @@ void tst_FieldDirection::chooseProbeAxis(int index)
     QTRY_COMPARE(meter("SelectedProbeAxisIndex"), double(index));
 }
 
-void tst_FieldDirection::goThroughTheTabs()
+void tst_EndToEndDirection::goThroughTheTabs()
 {
     QVERIFY(driver().Click(QStringLiteral("tableTab")));
     QVERIFY(driver().WaitFor(QStringLiteral("resultsTable")));
@@ -122,7 +93,7 @@ void tst_FieldDirection::goThroughTheTabs()
              meter("SelectedProbeAxisIndex"));
 }
 
-void tst_FieldDirection::compareSight()
+void tst_EndToEndDirection::compareSight()
 {
     for (const char* name : {"meterScene", "compasLeftSide", "compasRightSide", "compasModeChoice"}) {
         const QQuickItem* item = driver().Find(QLatin1String(name));
@@ -137,7 +108,7 @@ void tst_FieldDirection::compareSight()
     QVERIFY(mode->mapToScene(QPointF(0, mode->height())).y() + 20 <= scene->mapToScene(QPointF()).y());
 }
 
-void tst_FieldDirection::liveAndReplay()
+void tst_EndToEndDirection::directionLiveAndInReplay()
 {
     start("DcX=0\nDcY=-40\nDcZ=0\nAcX=0\nAcY=0\nAcZ=0\nRotatingAmplitude=20\nRotatingFrequency=0.8");
     QVERIFY(!hasArrow());
@@ -172,14 +143,14 @@ void tst_FieldDirection::liveAndReplay()
     QVERIFY(driver().Click(QStringLiteral("stopButton")));
 
     QVector<QVector3D> shown;
-    QObject* viewModel = m_scenario->PageViewModel();
+    QObject* viewModel = scenario().PageViewModel();
     // By name: the end-to-end tests know the view models by their properties only.
     const QMetaProperty ready =
         viewModel->metaObject()->property(viewModel->metaObject()->indexOfProperty("NewMeasureReady"));
     QSignalSpy blocksShown(viewModel, QByteArray("2") + ready.notifySignal().methodSignature());
     QVERIFY(driver().Click(QStringLiteral("playbackButton")));
-    QTRY_VERIFY(m_scenario->Flag("IsPlayingBack"));
-    while (m_scenario->Flag("IsPlayingBack") && blocksShown.wait(5000)) {
+    QTRY_VERIFY(scenario().Flag("IsPlayingBack"));
+    while (scenario().Flag("IsPlayingBack") && blocksShown.wait(5000)) {
         if (!viewModel->property("NewMeasureReady").toBool() || !hasArrow())
             continue;
         QVERIFY((arrow() - field()).length() < 1e-3F);
@@ -189,43 +160,27 @@ void tst_FieldDirection::liveAndReplay()
             goThroughTheTabs();
     }
     QVERIFY2(shown.size() >= 4, qPrintable(QString::number(shown.size())));
-    QTRY_VERIFY(!m_scenario->Flag("IsPlayingBack"));
+    QTRY_VERIFY(!scenario().Flag("IsPlayingBack"));
     QVERIFY((arrow() - field()).length() < 1e-3F);
 }
 
-void tst_FieldDirection::rotation()
+void tst_EndToEndDirection::rotation()
 {
     start("DcX=0\nDcY=0\nDcZ=30\nAcX=0\nAcY=0\nAcZ=0\nRotatingAmplitude=20\nRotatingFrequency=0.8");
     QVERIFY(driver().Click(QStringLiteral("resumeButton")));
     QTRY_VERIFY(blocks() > 2);
     QVERIFY(!driver().IsVisible(QStringLiteral("rotationButton")));
-    m_scenario->PageViewModel()->setProperty("RotEnable", true);
+    scenario().PageViewModel()->setProperty("RotEnable", true);
     QVERIFY(driver().WaitFor(QStringLiteral("rotationButton")));
     const auto* ring =
         driver().Find(QStringLiteral("meterScene"))->property("rotationArrow").value<QObject*>();
     QVERIFY(ring->property("visible").toBool());
     QVERIFY(driver().Click(QStringLiteral("rotationButton")));
-    QVERIFY(!m_scenario->PageViewModel()->property("RotEnable").toBool());
+    QVERIFY(!scenario().PageViewModel()->property("RotEnable").toBool());
     QTRY_VERIFY(!driver().IsVisible(QStringLiteral("rotationButton")));
     QVERIFY(!ring->property("visible").toBool());
     QVERIFY(driver().Click(QStringLiteral("holdButton")));
 }
 
-int main(int argc, char* argv[])
-{
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
-    QCoreApplication::setAttribute(Qt::AA_Use96Dpi, true);
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, true);
-    QSurfaceFormat format;
-    format.setVersion(2, 1);
-    format.setDepthBufferSize(24);
-    QSurfaceFormat::setDefaultFormat(format);
-    InitResources();
-    QApplication application(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    tst_FieldDirection test;
-    return QTest::qExec(&test, argc, argv);
-}
-
-#include "tst_FieldDirection.moc"
+END_TO_END_MAIN(tst_EndToEndDirection)
+#include "tst_EndToEndDirection.moc"

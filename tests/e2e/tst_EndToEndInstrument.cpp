@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Instruments that work, fail, throw and vanish, and the zero-offset calibration.
+#include "CApplication.h"
+#include "CInstrument.h"
+#include "CInstrumentSupervisor.h"
+#include "EndToEndTest.h"
+
+#include <QQmlApplicationEngine>
+#include <QQmlContext>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSignalSpy>
+#include <QTest>
+
+class tst_EndToEndInstrument : public EndToEndTest
+{
+    Q_OBJECT
+
+private:
+    CInstrumentSupervisor* supervisor()
+    {
+        return scenario()
+            .Application()
+            ->QmlEngine()
+            ->rootContext()
+            ->contextProperty(QStringLiteral("InstrumentSupervisor"))
+            .value<CInstrumentSupervisor*>();
+    }
+
+    void openZeroOffset()
+    {
+        QVERIFY(driver().Click(QStringLiteral("zeroOffsetButton")));
+        QVERIFY(driver().WaitFor(QStringLiteral("zeroOffsetStartButton")));
+    }
+
+private slots:
+    void zeroOffset()
+    {
+        Scenario::WriteSimulationSettings(QStringLiteral("[Calibration]\nDurationMs=50\nChamberFieldX=5\n"));
+        startWithDefaultInstrument();
+        QStringList reports;
+        connect(supervisor()->AvailableInstruments().constFirst().data(), &CInstrument::StatusStringChanged,
+                this, [&reports](const QString& text) { reports << text; });
+        const QString refused =
+            QStringLiteral("Zero offset not calibrated: the probe is not in a zero-field chamber");
+        const QString start = QStringLiteral("zeroOffsetStartButton");
+        const QString overrideBox = QStringLiteral("overrideWarningsBoxBox");
+        QObject* busyPopup = driver().FindPopup(QStringLiteral("busyPopup"));
+        QVERIFY(busyPopup);
+        QSignalSpy busy(busyPopup, SIGNAL(visibleChanged()));
+
+        openZeroOffset();
+        QVERIFY(driver().Click(start));
+        QTRY_VERIFY(!driver().IsVisible(start));
+        QCOMPARE(reports, QStringList{refused});
+        QCOMPARE(busy.count(), 2);
+        QVERIFY(!busyPopup->property("visible").toBool());
+
+        openZeroOffset();
+        QVERIFY(driver().Click(overrideBox));
+        QVERIFY(driver().Find(overrideBox)->property("checked").toBool());
+        QVERIFY(driver().Click(start));
+        QTRY_VERIFY(!driver().IsVisible(start));
+        const QString calibrated = QStringLiteral("Zero offset calibrated");
+        QCOMPARE(reports, (QStringList{refused, calibrated}));
+        QCOMPARE(driver().Text(QStringLiteral("statusStatus"), QStringLiteral("value")), calibrated);
+
+        // The override held for one calibration, and Cancel does nothing.
+        openZeroOffset();
+        QVERIFY(!driver().Find(overrideBox)->property("checked").toBool());
+        QVERIFY(driver().Click(QStringLiteral("zeroOffsetCancelButton")));
+        QTRY_VERIFY(!driver().IsVisible(start));
+        QCOMPARE(busy.count(), 4);
+
+        openZeroOffset();
+        const QPoint startPoint = WindowDriver::Middle(driver().Find(start));
+        QTest::mousePress(driver().Window(), Qt::LeftButton, {}, startPoint);
+        QTRY_VERIFY(!driver().IsVisible(start));
+        QTest::mouseRelease(driver().Window(), Qt::LeftButton, {}, startPoint);
+        const QString restored = QStringLiteral("Factory zero offset restored");
+        QCOMPARE(reports, (QStringList{refused, calibrated, restored}));
+        // Had the release started a calibration, it would have ended by the time the dialog is opened and
+        // shut.
+        openZeroOffset();
+        QVERIFY(driver().Click(QStringLiteral("zeroOffsetCancelButton")));
+        QTRY_VERIFY(!driver().IsVisible(start));
+        QCOMPARE(reports, (QStringList{refused, calibrated, restored}));
+        QCOMPARE(busy.count(), 6);
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void failedConnection()
+    {
+        Scenario::WriteSimulationSettings(QStringLiteral("[Misbehaviour]\nConnect=fail\n"));
+        scenario().Start(Scenario::Shipped);
+        QVERIFY(driver().WaitFor(QStringLiteral("connectButton0")));
+        const QSharedPointer<CInstrument> instrument = supervisor()->AvailableInstruments().constFirst();
+        QVERIFY(instrument->StatusString() != QStringLiteral("Connection failed"));
+        QObject* busyPopup = driver().FindPopup(QStringLiteral("busyPopup"));
+        QVERIFY(busyPopup);
+        QSignalSpy busy(busyPopup, SIGNAL(visibleChanged()));
+        QVERIFY(driver().Click(QStringLiteral("connectButton0")));
+        QTRY_COMPARE(busy.count(), 2);
+        QVERIFY(!busyPopup->property("visible").toBool());
+        QCOMPARE(instrument->StatusString(), QStringLiteral("Connection failed"));
+        QVERIFY(driver().IsVisible(QStringLiteral("connectButton0")));
+        QCOMPARE(driver().Text(QStringLiteral("statusModel"), QStringLiteral("value")), QStringLiteral("--"));
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void throwingConnection()
+    {
+        Scenario::WriteSimulationSettings(
+            QStringLiteral("[Misbehaviour]\nConnect=throw\nDisconnect=throw\n"));
+        Scenario::WriteDefaultInstrument(QStringLiteral("Simulated instrument"), kSimulated);
+        scenario().Start(Scenario::Shipped);
+        QVERIFY(driver().WaitFor(QStringLiteral("instrumentSelectionPage")));
+        QVERIFY(
+            scenario().LogText().contains(QStringLiteral("Error occured when connecting the instrument.")));
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void instrumentLostInASession()
+    {
+        Scenario::WriteSimulationSettings(QStringLiteral("[Misbehaviour]\nVanishAfterS=2\n"));
+        startWithDefaultInstrument();
+        answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
+        QVERIFY(driver().Click(QStringLiteral("resumeButton")));
+        QTRY_VERIFY_WITH_TIMEOUT(answers().IsDone(), 10000);
+        QVERIFY(driver().WaitFor(QStringLiteral("instrumentSelectionPage")));
+        QCOMPARE(driver().Text(QStringLiteral("statusModel"), QStringLiteral("value")), QStringLiteral("--"));
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void instrumentLostAndTheQuestionCancelled()
+    {
+        Scenario::WriteSimulationSettings(QStringLiteral("[Misbehaviour]\nVanishAfterS=2\n"));
+        startWithDefaultInstrument();
+        answers().ExpectMessage(kQuitQuestion, QMessageBox::Cancel);
+        QVERIFY(driver().Click(QStringLiteral("recordButton")));
+        QVERIFY(driver().Click(QStringLiteral("resumeButton")));
+        QTRY_VERIFY_WITH_TIMEOUT(answers().IsDone(), 10000);
+        QVERIFY(driver().IsVisible(QStringLiteral("meterPage")));
+        QTRY_VERIFY(!driver().IsVisible(QStringLiteral("holdButton")));
+        QVERIFY(driver().Click(QStringLiteral("stopButton")));
+        QVERIFY(blocks() > 0);
+        answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
+        QVERIFY(scenario().CloseWindow());
+    }
+};
+
+END_TO_END_MAIN(tst_EndToEndInstrument)
+#include "tst_EndToEndInstrument.moc"

@@ -1,0 +1,372 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A thousand random changes of page, tab and state, and what they leave behind.
+#include "CApplication.h"
+#include "EndToEndTest.h"
+#include "PlotDriver.h"
+
+#include <QMap>
+#include <QMetaMethod>
+#include <QPointer>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <algorithm>
+#include <functional>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
+namespace {
+
+constexpr int kChanges = 1000;
+/// By then everything that is made once and kept has been made.
+constexpr int kChangesUntilFirstLook = 200;
+constexpr quint32 kSeed = 20240517;
+
+/// Reads the number of connections, which only the object itself may do.
+class ReceiverCount : public QObject
+{
+public:
+    /// Of each signal of an object that has any, by class and signal.
+    static QMap<QByteArray, int> of(const QObject* object)
+    {
+        QMap<QByteArray, int> counts;
+        for (int i = 0; i < object->metaObject()->methodCount(); ++i) {
+            const QMetaMethod method = object->metaObject()->method(i);
+            if (method.methodType() != QMetaMethod::Signal)
+                continue;
+            const QByteArray signature = method.methodSignature();
+            const int count = (object->*&ReceiverCount::receivers)(QByteArray('2' + signature).constData());
+            if (count > 0)
+                counts.insert(QByteArray(object->metaObject()->className()) + "::" + signature, count);
+        }
+        return counts;
+    }
+};
+
+/// How often each class is among the objects.
+QMap<QByteArray, int> countClasses(const QList<QObject*>& objects)
+{
+    QMap<QByteArray, int> counts;
+    for (const QObject* object : objects)
+        ++counts[object->metaObject()->className()];
+    return counts;
+}
+
+/// The entries that differ, as "name before > after".
+QByteArray difference(const QMap<QByteArray, int>& before, const QMap<QByteArray, int>& after)
+{
+    QByteArray text;
+    QMap<QByteArray, int> all = before;
+    all.insert(after);
+    for (auto it = all.cbegin(); it != all.cend(); ++it) {
+        if (before.value(it.key()) != after.value(it.key()))
+            text += it.key() + ' ' + QByteArray::number(before.value(it.key())) + " > " +
+                    QByteArray::number(after.value(it.key())) + "; ";
+    }
+    return text;
+}
+
+int countItems(const QQuickItem* item)
+{
+    int count = 1;
+    const QList<QQuickItem*> children = item->childItems();
+    for (const QQuickItem* child : children)
+        count += countItems(child);
+    return count;
+}
+
+double heapMegabytes()
+{
+#ifdef __GLIBC__
+    return static_cast<double>(mallinfo2().uordblks) / (1 << 20);
+#else
+    return 0;
+#endif
+}
+
+} // namespace
+
+class tst_EndToEndVisits : public EndToEndTest
+{
+    Q_OBJECT
+
+private:
+    /// What there is of everything that must not grow.
+    struct Census
+    {
+        int items = 0;
+        QMap<QByteArray, int> objects;
+        QMap<QByteArray, int> connections;
+        double megabytes = 0;
+    };
+
+    QRandomGenerator m_random{kSeed};
+    QVector<QPointer<QObject>> m_pages;
+
+    int upTo(int count) { return m_random.bounded(count); }
+    CMainViewModel& shell() { return *scenario().Application()->MainViewModel(); }
+    QObject* manager() { return scenario().RecordingManager(); }
+    bool isOnMeterPage() { return driver().IsVisible(QStringLiteral("meterPage")); }
+
+    void remember()
+    {
+        QObject* page = scenario().PageViewModel();
+        if (m_pages.isEmpty() || m_pages.last() != page)
+            m_pages.append(page);
+    }
+
+    void openTab(int index)
+    {
+        if (QQuickItem* tabs = driver().Find(QStringLiteral("meterTabBar")))
+            tabs->setProperty("currentIndex", index);
+    }
+
+    void press(const char* name, Qt::MouseButton button = Qt::LeftButton)
+    {
+        QQuickItem* item = driver().Find(QLatin1String(name));
+        if (item && item->isEnabled())
+            QTest::mouseClick(driver().Window(), button, {}, WindowDriver::Middle(item));
+    }
+
+    void changePage()
+    {
+        if (upTo(4) == 0)
+            shell().displayInstrumentSelectionPage();
+        else
+            shell().displayMeterPage();
+    }
+
+    /// Whatever of these the action bar offers.
+    void giveCommand(const QVector<const char*>& commands)
+    {
+        const QByteArray command = commands.at(upTo(commands.size()));
+        if (driver().IsVisible(QLatin1String(command) + QStringLiteral("Button")))
+            QMetaObject::invokeMethod(scenario().PageViewModel(), command.constData());
+    }
+
+    void actOnThePlot()
+    {
+        if (!driver().IsVisible(QStringLiteral("chartView")))
+            return;
+        const PlotDriver plot(driver());
+        switch (upTo(8)) {
+        case 0:
+            return press("zoomInButton");
+        case 1:
+            return press("zoomOutButton");
+        case 2:
+            return press("autoScalingButton");
+        case 3:
+            return press(upTo(2) == 0 ? "legendRow0" : "legendRow3");
+        case 4:
+            return press(upTo(2) == 0 ? "legendSelectNoneButton" : "legendSelectAllButton");
+        case 5:
+            return plot.Wheel(upTo(2) == 0 ? 120 : -120);
+        case 6:
+            return plot.Drag(plot.At(0.3, 0.3), plot.At(0.6, 0.6));
+        default:
+            plot.Model()->setProperty("AveragingModeIndex", upTo(3));
+        }
+    }
+
+    void changeLayout()
+    {
+        const bool small = upTo(2) == 0;
+        driver().Window()->resize(small ? QSize(954, 698) : QSize(1100, 800));
+        shell().SetParameterMenuExpanded(upTo(2) == 0);
+    }
+
+    /// One of the changes; `commands` are those that make sense for the data at hand.
+    void change(const QVector<const char*>& commands, const std::function<void()>& other)
+    {
+        switch (upTo(10)) {
+        case 0:
+        case 1:
+            changePage();
+            break;
+        case 2:
+        case 3:
+        case 4:
+            openTab(upTo(3));
+            break;
+        case 5:
+        case 6:
+            giveCommand(commands);
+            break;
+        case 7:
+        case 8:
+            actOnThePlot();
+            break;
+        default:
+            upTo(4) == 0 ? changeLayout() : other();
+        }
+        QTest::qWait(upTo(20));
+        remember();
+        if (!isOnMeterPage())
+            shell().displayMeterPage();
+    }
+
+    /// A state that can be reached from every other one: meter page, first tab, wide window, no data.
+    Census lookAround()
+    {
+        shell().displayMeterPage();
+        QObject* page = scenario().PageViewModel();
+        for (const char* command : {"hold", "stop"})
+            QMetaObject::invokeMethod(page, command);
+        answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
+        QMetaObject::invokeMethod(page, "end");
+        shell().SetParameterMenuExpanded(false);
+        driver().Window()->resize(1100, 800);
+        QTest::qWait(200);
+        shell().displayMeterPage();
+        remember();
+        // Pop-ups that fade, blocks on their way, view models that wait to be deleted.
+        QTest::qWait(500);
+        for (int i = 0; i < 3; ++i) {
+            scenario().Application()->QmlEngine()->collectGarbage();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QTest::qWait(50);
+        }
+
+        Census census;
+        census.items = countItems(driver().Window()->contentItem());
+        census.objects = countClasses(driver().Window()->findChildren<QObject*>() +
+                                      scenario().Application()->QmlEngine()->findChildren<QObject*>() +
+                                      scenario().PageViewModel()->findChildren<QObject*>());
+        const QObject* parameters = scenario()
+                                        .ActiveOperation()
+                                        ->property("OperationParameters")
+                                        .value<QObject*>()
+                                        ->property("MeasurementParameters")
+                                        .value<QObject*>();
+        for (const QObject* object :
+             {const_cast<const QObject*>(scenario().ActiveOperation()), const_cast<const QObject*>(manager()),
+              parameters, const_cast<const QObject*>(manager()->property("DataSet").value<QObject*>()),
+              static_cast<const QObject*>(&shell())})
+            census.connections.insert(ReceiverCount::of(object));
+        census.megabytes = heapMegabytes();
+        return census;
+    }
+
+    /// The log's, without two of Qt's own: the style that the environment of the tests asks for, and a table
+    /// whose model empties while a row is in the making.
+    QStringList warnings()
+    {
+        QStringList found;
+        const QStringList lines = scenario().LogText().split(QLatin1Char('\n'));
+        for (const QString& line : lines) {
+            if ((line.startsWith(QLatin1String("[WARN]")) || line.startsWith(QLatin1String("[CRIT]"))) &&
+                !line.contains(QLatin1String("Cannot find style")) &&
+                !line.contains(QLatin1String("DelegateModel::cancel")))
+                found << line;
+        }
+        return found;
+    }
+
+    void verifyNothingGrew(const Census& first, const Census& last)
+    {
+        qInfo("%.1f MB of heap after %d changes, %.1f after %d", first.megabytes, kChangesUntilFirstLook,
+              last.megabytes, kChanges);
+        QCOMPARE(last.items, first.items);
+        QCOMPARE(difference(first.connections, last.connections), QByteArray());
+        QCOMPARE(difference(first.objects, last.objects), QByteArray());
+        // Qt keeps a few kilobytes of each dialog; pages that were kept would be twenty megabytes and more.
+        QVERIFY(last.megabytes < first.megabytes + 8);
+        QCOMPARE(warnings(), QStringList());
+        QVERIFY(m_pages.size() > 100);
+        const auto alive = std::count_if(m_pages.begin(), m_pages.end(),
+                                         [](const QPointer<QObject>& page) { return !page.isNull(); });
+        QCOMPARE(alive, 1);
+    }
+
+    void makeChanges(const QVector<const char*>& commands, const std::function<void()>& other,
+                     const std::function<void()>& prepare)
+    {
+        answers().AnswerAlways(kQuitQuestion,
+                               [this] { return upTo(2) == 0 ? QMessageBox::Ok : QMessageBox::Cancel; });
+        // The window keeps what it made for the first wheel event.
+        openTab(1);
+        QVERIFY(driver().WaitFor(QStringLiteral("chartView")));
+        PlotDriver(driver()).Wheel(120);
+        Census first;
+        prepare();
+        for (int i = 0; i < kChanges; ++i) {
+            if (i == kChangesUntilFirstLook) {
+                first = lookAround();
+                prepare();
+            }
+            change(commands, other);
+        }
+        verifyNothingGrew(first, lookAround());
+    }
+
+private slots:
+    void aThousandVisitsInASession()
+    {
+        // Fifty blocks of twenty samples a second.
+        Scenario::WriteMeasureSettings(QStringLiteral(
+            "<Units>uT</Units><AcquisitionRate>1000</AcquisitionRate><DisplayRate>50</DisplayRate>"
+            "<TriggerMode>Continuous</TriggerMode>"));
+        startWithDefaultInstrument();
+        const auto resume = [this] { QMetaObject::invokeMethod(scenario().PageViewModel(), "resume"); };
+        int most = 0;
+        makeChanges(
+            {"resume", "resume", "resume", "hold", "record", "stop", "end"},
+            [&] {
+                QObject* page = scenario().PageViewModel();
+                most = std::max(most, blocks());
+                page->setProperty("SelectedProbeAxisIndex", upTo(3));
+                page->setProperty("SelectedModeIndex", upTo(2));
+                page->setProperty("RotEnable", upTo(2) == 0);
+            },
+            resume);
+        QVERIFY2(most > 10, qPrintable(QString::number(most)));
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void aThousandVisitsInAReplay()
+    {
+        startWithDefaultInstrument();
+        makeRecord(30);
+        const QString path = saveRecord(QStringLiteral("visited.qdr.xml"));
+        QVERIFY(!path.isEmpty());
+        answers().AnswerFileDialogAlways(QStringLiteral("Open File"), path);
+        int replayed = 0;
+        const auto load = [this] {
+            if (!scenario().Flag("IsIdleWithData") && !scenario().Flag("IsPlayingBack"))
+                QMetaObject::invokeMethod(scenario().PageViewModel(), "load");
+            QMetaObject::invokeMethod(scenario().PageViewModel(), "start");
+        };
+        makeChanges(
+            {"playback", "playback", "resume", "hold", "step", "stop", "load"},
+            [&] {
+                replayed += scenario().Flag("IsPlayingBack") ? 1 : 0;
+                QObject* box =
+                    scenario().PageViewModel()->property("ReplayParametersViewModel").value<QObject*>();
+                switch (upTo(4)) {
+                case 0:
+                    box->setProperty("SelectedTimeWarpIndex", 3 + upTo(3));
+                    break;
+                case 1:
+                    box->setProperty("StepByStepMode", upTo(3) == 0);
+                    break;
+                case 2:
+                    QMetaObject::invokeMethod(manager(), "playCurrentBlock", Q_ARG(int, 1 + upTo(30)));
+                    break;
+                default:
+                    load();
+                }
+            },
+            load);
+        QVERIFY2(replayed > 10, qPrintable(QString::number(replayed)));
+        QVERIFY(scenario().CloseWindow());
+    }
+};
+
+END_TO_END_MAIN(tst_EndToEndVisits)
+#include "tst_EndToEndVisits.moc"

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The window itself: start, menus, dialogs of the frame, keyboard.
+#include "CApplication.h"
+#include "EndToEndTest.h"
+
+#include <QQmlContext>
+#include <QQmlExpression>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+class tst_EndToEndWindow : public EndToEndTest
+{
+    Q_OBJECT
+
+private slots:
+    void launchWithoutPlugins()
+    {
+        const qint64 elapsedMs = scenario().Start(Scenario::None);
+        QVERIFY(elapsedMs >= 2000);
+        QVERIFY(driver().WaitFor(QStringLiteral("instrumentSelectionPage")));
+        QCOMPARE(driver().Text(QStringLiteral("statusModel"), QStringLiteral("value")), QStringLiteral("--"));
+        QVERIFY(driver().Click(QStringLiteral("meterMenuButton")));
+        QVERIFY(driver().WaitFor(QStringLiteral("loadButton")));
+        for (const char* name :
+             {"resumeButton", "recordButton", "saveButton", "zeroOffsetButton", "stopButton"})
+            QVERIFY2(!driver().IsVisible(QLatin1String(name)), name);
+        QVERIFY(scenario().LogText().contains(QStringLiteral("Unable to load any instrument plugins")));
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void launchWithDefaultInstrument()
+    {
+        startWithDefaultInstrument();
+        QCOMPARE(driver().Text(QStringLiteral("statusSerial"), QStringLiteral("value")), kSimulated);
+        QVERIFY(driver().IsVisible(QStringLiteral("resumeButton")));
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void logDialog()
+    {
+        scenario().Start(Scenario::Shipped);
+        QVERIFY(driver().Click(QStringLiteral("openLogButton")));
+        QVERIFY(driver().WaitFor(QStringLiteral("logMessageList")));
+        QQuickItem* list = driver().Find(QStringLiteral("logMessageList"));
+        QTRY_VERIFY(list->property("count").toInt() > 3);
+        QVERIFY(driver().Find(QStringLiteral("logSearchField"))->width() > 300);
+        QVERIFY(driver().Click(QStringLiteral("logSearchField")));
+        for (const char character : "oxygen mono")
+            if (character != '\0')
+                QTest::keyClick(driver().Window(), character);
+        QTRY_COMPARE(list->property("count").toInt(), 1);
+        QVERIFY(driver().Click(QStringLiteral("logCloseButton")));
+        QTRY_VERIFY(!driver().IsVisible(QStringLiteral("logMessageList")));
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void toolTipColour()
+    {
+        scenario().Start(Scenario::Shipped);
+        QVERIFY(driver().WaitFor(QStringLiteral("openLogButton")));
+        QQuickItem* button = driver().Find(QStringLiteral("openLogButton"));
+        const auto ofToolTip = [button](const QString& expression) {
+            return QQmlExpression(qmlContext(button), button, QStringLiteral("ToolTip.toolTip.") + expression)
+                .evaluate();
+        };
+        QTest::mouseMove(driver().Window(), QPoint(300, 300));
+        QTest::mouseMove(driver().Window(), WindowDriver::Middle(button));
+        QTRY_VERIFY(ofToolTip(QStringLiteral("opened")).toBool());
+        const QPointF corner = ofToolTip(QStringLiteral("background.mapToItem(null, 3, 3)")).toPointF();
+        const QImage image = driver().Window()->grabWindow();
+        QCOMPARE(image.pixelColor((corner * image.devicePixelRatio()).toPoint()),
+                 QColor(QStringLiteral("#ffffe0")));
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void keyboardAlone()
+    {
+        scenario().Start(Scenario::Shipped);
+        QVERIFY(driver().WaitFor(QStringLiteral("connectButton0")));
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window()));
+        QVERIFY(driver().TabTo(QStringLiteral("connectButton0")));
+        driver().Key(Qt::Key_Space);
+        QVERIFY(driver().WaitFor(QStringLiteral("disconnectButton0")));
+        QVERIFY(driver().TabTo(QStringLiteral("meterMenuButton")));
+        driver().Key(Qt::Key_Space);
+        QVERIFY(driver().WaitFor(QStringLiteral("resumeButton")));
+        QVERIFY(driver().TabTo(QStringLiteral("resumeButton")));
+        driver().Key(Qt::Key_Space);
+        QTRY_VERIFY(blocks() >= 2);
+        QVERIFY(driver().TabTo(QStringLiteral("holdButton")));
+        driver().Key(Qt::Key_Space);
+        QVERIFY(driver().WaitFor(QStringLiteral("resumeButton")));
+
+        // The dialogs keep the keyboard to themselves, and Escape closes them.
+        QVERIFY(driver().TabTo(QStringLiteral("zeroOffsetButton")));
+        driver().Key(Qt::Key_Space);
+        QVERIFY(driver().WaitFor(QStringLiteral("overrideWarningsBoxBox")));
+        QTRY_VERIFY(driver().Find(QStringLiteral("overrideWarningsBoxBox"))->hasActiveFocus());
+        QCOMPARE(driver().TabAround(), (QSet<QString>{QStringLiteral("overrideWarningsBoxBox"),
+                                                      QStringLiteral("zeroOffsetCancelButton"),
+                                                      QStringLiteral("zeroOffsetStartButton")}));
+        driver().Key(Qt::Key_Escape);
+        QTRY_VERIFY(!driver().IsVisible(QStringLiteral("zeroOffsetStartButton")));
+
+        QVERIFY(driver().TabTo(QStringLiteral("openLogButton")));
+        driver().Key(Qt::Key_Space);
+        QVERIFY(driver().WaitFor(QStringLiteral("logSearchField")));
+        QTRY_VERIFY(driver().Find(QStringLiteral("logSearchField"))->hasActiveFocus());
+        QCOMPARE(driver().TabAround(),
+                 (QSet<QString>{QStringLiteral("logSearchField"), QStringLiteral("logLevelBoxBox"),
+                                QStringLiteral("logMessageList"), QStringLiteral("logCloseButton")}));
+        QVERIFY(driver().TabTo(QStringLiteral("logMessageList")));
+        QQuickItem* list = driver().Find(QStringLiteral("logMessageList"));
+        driver().Key(Qt::Key_Home);
+        QVERIFY(list->property("atYBeginning").toBool());
+        if (list->property("contentHeight").toReal() > list->height()) {
+            driver().Key(Qt::Key_Down);
+            QVERIFY(!list->property("atYBeginning").toBool());
+        }
+        driver().Key(Qt::Key_Escape);
+        QTRY_VERIFY(!driver().IsVisible(QStringLiteral("logMessageList")));
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void smallLayout()
+    {
+        const auto drawerWidth = [this] {
+            QObject* drawer = driver().FindPopup(QStringLiteral("menuDrawer"));
+            return drawer ? drawer->property("width").toReal() : -1;
+        };
+        startWithDefaultInstrument();
+        driver().Window()->resize(954, 698);
+        QVERIFY(driver().WaitFor(QStringLiteral("smallMenuToggle")));
+        QVERIFY(!driver().IsVisible(QStringLiteral("meterMenuButton")));
+        driver().Window()->resize(1025, 768);
+        QVERIFY(driver().WaitFor(QStringLiteral("meterMenuButton")));
+        driver().Window()->resize(1024, 768);
+        QVERIFY(driver().WaitFor(QStringLiteral("smallMenuToggle")));
+        QVERIFY(driver().Click(QStringLiteral("smallMenuToggle")));
+        QTRY_VERIFY(scenario().Application()->MainViewModel()->PageMenuExpanded());
+        QTRY_COMPARE(drawerWidth(), 180.0);
+        // A press on the page folds the menu again.
+        QTest::mouseClick(driver().Window(), Qt::LeftButton, {}, QPoint(600, 600));
+        QTRY_VERIFY(!scenario().Application()->MainViewModel()->PageMenuExpanded());
+        QTRY_COMPARE(drawerWidth(), 60.0);
+        QVERIFY(driver().IsVisible(QStringLiteral("smallHelpButton")));
+        QVERIFY(driver().IsVisible(QStringLiteral("smallInstrumentSelectionButton")));
+        QVERIFY(scenario().CloseWindow());
+    }
+};
+
+END_TO_END_MAIN(tst_EndToEndWindow)
+#include "tst_EndToEndWindow.moc"
