@@ -30,12 +30,14 @@ double* numberNamed(const QStringRef& name, PositionsReader::Point& point)
 PositionsReader::PositionsReader(QIODevice* device) : m_text(device), m_device(&m_text), m_xml(&m_device)
 {
     m_xml.setEntityExpansionLimit(kMaxEntityExpansion);
+    // Names are without their prefix either way, and nothing is looked up in what the parents declare.
+    m_xml.setNamespaceProcessing(false);
 }
 
 void PositionsReader::read(const QString& refusal, const std::function<void(const Point&)>& addPoint,
                            const std::function<void()>& refused)
 {
-    if (!m_xml.readNextStartElement())
+    if (!readRoot())
         return;
     const bool isPositionsFile = m_xml.name() == QLatin1String("NorvaneMappingFile") &&
                                  m_xml.attributes().value(QLatin1String("ver")) == QLatin1String("1.0");
@@ -58,6 +60,18 @@ void PositionsReader::read(const QString& refusal, const std::function<void(cons
         if (!m_xml.hasError())
             addPoint(point);
     }
+}
+
+bool PositionsReader::readRoot()
+{
+    while (!m_xml.atEnd()) {
+        const QXmlStreamReader::TokenType token = m_xml.readNext();
+        if (token == QXmlStreamReader::StartElement)
+            return true;
+        if (token == QXmlStreamReader::DTD && m_xml.text().contains(QLatin1String("<!ATTLIST")))
+            m_xml.raiseError(QStringLiteral("Default attributes are not supported"));
+    }
+    return false;
 }
 
 void PositionsReader::readPoint(Point& point)

@@ -40,6 +40,7 @@ public:
     QString errorString() const { return m_xml.errorString(); }
 
 private:
+    bool readRoot();
     void readPoint(Point& point);
     void skipElement();
 

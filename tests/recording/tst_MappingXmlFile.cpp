@@ -287,6 +287,9 @@ private slots:
         QTest::newRow("empty") << QByteArray();
         QTest::newRow("no XML") << QByteArray("1;2;3\n4;5;6\n");
         QTest::newRow("comment only") << QByteArray("<!-- nothing -->");
+        QTest::newRow("default attributes")
+            << QByteArray("<!DOCTYPE a [<!ATTLIST NorvaneMappingFile ver CDATA \"1.0\">]>"
+                          "<NorvaneMappingFile/>");
         QTest::newRow("cut in the root") << QByteArray("<NorvaneMappingFile ver=\"1");
     }
 

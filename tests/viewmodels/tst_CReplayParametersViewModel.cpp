@@ -246,7 +246,7 @@ void tst_CReplayParametersViewModel::idleWithDataDuringReplayDoesNothing()
 void tst_CReplayParametersViewModel::mappingOperation()
 {
     MeasureFixture f;
-    COperationMapping operation(&f.settings, &f.plugins, &f.supervisor);
+    COperationMapping operation(&f.settings, &f.pluginsManager, &f.supervisor);
     CRecordingManagerMapping& manager = *operation.RecordingManager();
     operation.OperationParameters()->ReplayParameters()->SetStartingBlock(3);
     CReplayParametersViewModel model(&operation);
