@@ -12,7 +12,7 @@
 
 namespace {
 
-QString settingsFileName()
+QString mappingSettingsFileName()
 {
     return QStringLiteral("KestrixMappingSettings.xml");
 }
@@ -49,7 +49,7 @@ quint64 COperationMapping::GetMaxMeasurementCount() const
 
 void COperationMapping::Activate()
 {
-    if (!LoadSettingsFile(settingsFileName()))
+    if (!LoadSettingsFile(mappingSettingsFileName()))
         setDefaultParameters();
     if (const QSharedPointer<CInstrument> instrument = ActiveInstrument())
         connect(instrument.data(), &CInstrument::OnNewMeasureBlock, this, &COperationMapping::OnNewMeasure,
@@ -58,7 +58,7 @@ void COperationMapping::Activate()
 
 void COperationMapping::Deactivate()
 {
-    SaveSettingsFile(settingsFileName());
+    SaveSettingsFile(mappingSettingsFileName());
     if (const QSharedPointer<CInstrument> instrument = ActiveInstrument())
         disconnect(instrument.data(), &CInstrument::OnNewMeasureBlock, this,
                    &COperationMapping::OnNewMeasure);

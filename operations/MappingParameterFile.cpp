@@ -56,7 +56,7 @@ void writeGrid(QXmlStreamWriter& writer, const CMapperPositionSourceCartesian& s
 }
 
 /// Calls visit(child element, tag name) in the order of the file.
-template <class Visit> void forEachChild(const QDomElement& element, Visit visit)
+template <class Visit> void forEachElement(const QDomElement& element, Visit visit)
 {
     for (QDomElement child = element.firstChildElement(); !child.isNull(); child = child.nextSiblingElement())
         visit(child, child.tagName());
@@ -64,7 +64,7 @@ template <class Visit> void forEachChild(const QDomElement& element, Visit visit
 
 void readAxis(const QDomElement& element, CAxisStepSeries& axis)
 {
-    forEachChild(element, [&axis](const QDomElement& child, const QString& tag) {
+    forEachElement(element, [&axis](const QDomElement& child, const QString& tag) {
         const double value = child.text().toDouble();
         if (tag == kStart)
             axis.SetStart(value);
@@ -107,7 +107,7 @@ bool isGrid(const QDomElement& element)
 void readGrid(const QDomElement& element, CMapperPositionSourceCartesian& source)
 {
     const bool isPosition = element.tagName() == kPosition;
-    forEachChild(element, [&](const QDomElement& child, const QString& tag) {
+    forEachElement(element, [&](const QDomElement& child, const QString& tag) {
         if (isPosition) {
             if (tag == kX)
                 readAxis(child, *source.X());

@@ -3,9 +3,9 @@
 
 namespace {
 
-constexpr int kMaxDepth = 256;
+constexpr int kMaxPointDepth = 256;
 /// Characters. The predefined entities do not count.
-constexpr int kMaxEntityExpansion = 64;
+constexpr int kMaxPointEntityExpansion = 64;
 
 /// The number that an element of this name gives, or null.
 double* numberNamed(const QStringRef& name, PositionsReader::Point& point)
@@ -29,7 +29,7 @@ double* numberNamed(const QStringRef& name, PositionsReader::Point& point)
 
 PositionsReader::PositionsReader(QIODevice* device) : m_text(device), m_device(&m_text), m_xml(&m_device)
 {
-    m_xml.setEntityExpansionLimit(kMaxEntityExpansion);
+    m_xml.setEntityExpansionLimit(kMaxPointEntityExpansion);
     // Names are without their prefix either way, and nothing is looked up in what the parents declare.
     m_xml.setNamespaceProcessing(false);
 }
@@ -92,7 +92,7 @@ void PositionsReader::skipElement()
         const QXmlStreamReader::TokenType token = m_xml.readNext();
         if (token == QXmlStreamReader::EndElement)
             --depth;
-        else if (token == QXmlStreamReader::StartElement && ++depth > kMaxDepth)
+        else if (token == QXmlStreamReader::StartElement && ++depth > kMaxPointDepth)
             m_xml.raiseError(QStringLiteral("The elements are nested too deeply"));
     }
 }

@@ -30,12 +30,12 @@ CSimulatedGantry::CSimulatedGantry(QObject* parent) : CMapperPluginStopAndGo(par
 
 CSimulatedGantry::~CSimulatedGantry()
 {
-    Stop();
+    halt();
 }
 
 void CSimulatedGantry::Start()
 {
-    Stop();
+    halt();
     m_settings = MapperSettings::Load();
     m_isToEnd = false;
     m_thread = std::thread([this] { run(); });
@@ -43,6 +43,11 @@ void CSimulatedGantry::Start()
 }
 
 void CSimulatedGantry::Stop()
+{
+    halt();
+}
+
+void CSimulatedGantry::halt()
 {
     // The bench asks for the pose under its own lock: it comes first, here and there.
     SimulatedBench::Dismount(this);
@@ -71,7 +76,7 @@ COrientation CSimulatedGantry::GetOrientation()
 
 void CSimulatedGantry::Shutdown()
 {
-    Stop();
+    halt();
 }
 
 void CSimulatedGantry::MoveTo(CPosition& position, COrientation& orientation)

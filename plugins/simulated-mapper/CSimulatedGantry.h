@@ -31,6 +31,7 @@ public:
     void MoveTo(CPosition& position, COrientation& orientation) override;
 
 private:
+    void halt();
     void run();
     ProbePose reachable(const ProbePose& goal, const ProbePose& present) const;
     ProbePose poseAt(qint64 epochNs);

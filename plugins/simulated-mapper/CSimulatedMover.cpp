@@ -10,7 +10,7 @@
 namespace {
 
 /// A path has an end, whatever the settings say.
-constexpr double kMaxPointsOfLine = 10000;
+constexpr int kMaxStepsOfLine = 10000;
 /// A path of one place that is repeated, or a speed beyond all sense, must not flood the application.
 constexpr qint64 kShortestLegNs = 10000000;
 
@@ -28,12 +28,12 @@ CSimulatedMover::CSimulatedMover(QObject* parent) : CMapperPluginOnTheFly(parent
 
 CSimulatedMover::~CSimulatedMover()
 {
-    Stop();
+    halt();
 }
 
 void CSimulatedMover::Start()
 {
-    Stop();
+    halt();
     const MapperSettings settings = MapperSettings::Load();
     m_isToEnd = false;
     m_motion = {settings.from, settings.from, 0, 0};
@@ -42,6 +42,11 @@ void CSimulatedMover::Start()
 }
 
 void CSimulatedMover::Stop()
+{
+    halt();
+}
+
+void CSimulatedMover::halt()
 {
     // The bench asks for the pose under its own lock: it comes first, here and there.
     SimulatedBench::Dismount(this);
@@ -69,7 +74,7 @@ COrientation CSimulatedMover::GetOrientation()
 
 void CSimulatedMover::Shutdown()
 {
-    Stop();
+    halt();
 }
 
 std::vector<ProbePose> CSimulatedMover::Path(const MapperSettings& settings)
@@ -78,12 +83,12 @@ std::vector<ProbePose> CSimulatedMover::Path(const MapperSettings& settings)
     const ProbePose& to = settings.to;
     const double length = std::abs(to.x - from.x);
     // The rounding of a length that is a whole number of spacings must not cost the last point.
-    const double steps = std::min(std::floor(length / settings.spacing + 1e-9), kMaxPointsOfLine - 1);
+    const int steps = static_cast<int>(std::min<double>(length / settings.spacing + 1e-9, kMaxStepsOfLine));
     std::vector<ProbePose> path;
     for (int line = 0; line < settings.lines; ++line) {
         const double part = settings.lines > 1 ? line / (settings.lines - 1.0) : 0.0;
-        for (double i = 0; i <= steps; ++i) {
-            const double step = line % 2 == 0 ? i : steps - i;
+        for (int i = 0; i <= steps; ++i) {
+            const int step = line % 2 == 0 ? i : steps - i;
             ProbePose point = from;
             point.x += std::copysign(step * settings.spacing, to.x - from.x);
             point.y = between(from.y, to.y, part);

@@ -33,6 +33,7 @@ public:
     static std::vector<ProbePose> Path(const MapperSettings& settings);
 
 private:
+    void halt();
     void run(const MapperSettings& settings);
     bool waitUntilArrival();
     void moveTo(const ProbePose& goal, double speed);
