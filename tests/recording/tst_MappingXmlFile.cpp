@@ -422,12 +422,12 @@ private slots:
     }
 
 private:
-    static QByteArray utf16(const QByteArray& latin1)
+    static QByteArray utf16(QByteArray latin1)
     {
+        latin1.replace("UTF-8", "UTF-16");
         QByteArray wide;
         for (const char character : latin1)
             wide.append(character).append('\0');
-        wide.replace(QByteArray("U\0T\0F\0-\08\0", 10), QByteArray("U\0T\0F\0-\01\06\0", 12));
         return wide;
     }
 
