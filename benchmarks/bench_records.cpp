@@ -2,6 +2,7 @@
 // Saves and loads records of 120,000 samples and compares the times with those of peers, measured in the same
 // run.
 
+#include "CRecordingManagerMapping.h"
 #include "CRecordingManagerMeasure.h"
 #include "CSettings.h"
 #include "LocalTimeZone.h"
@@ -201,6 +202,73 @@ void measure(const Shape& shape, const CSettings& settings, const QString& direc
     out.flush();
 }
 
+/// A mapping record of so many blocks, with the samples of a measurement's dataset.
+void writeMapping(const QString& path, int blocks, const CDataSetMeasurement& measurement,
+                  CRecordingManagerMapping& manager)
+{
+    const auto& made = *measurement.MeasureBlocks();
+    for (int i = 0; i < blocks; ++i) {
+        const auto block = QSharedPointer<CMeasureBlockMapping>::create();
+        block->Results = made[static_cast<size_t>(i) % made.size()]->Results;
+        block->Position.SetX(i % 100);
+        block->Position.SetY(0.125 * (i / 100));
+        block->Orientation.SetYaw(i % 360);
+        manager.DataSet()->MeasureBlocks()->push_back(block);
+    }
+    QFile file(path);
+    file.open(QIODevice::WriteOnly);
+    manager.XMLResultsSerializer()->WriteMapping(*manager.DataSet(), &file);
+    manager.DataSet()->Clear();
+}
+
+double loadMs(CRecordingManager& manager, CDataset& dataset, const QString& path)
+{
+    QElapsedTimer timer;
+    timer.start();
+    manager.Load(path);
+    const double ms = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    dataset.Clear();
+    return ms;
+}
+
+/// A short and a long mapping against the record of a measurement with as many samples in a block, loaded in
+/// turns.
+void measureMapping(const CSettings& settings, const QString& directory, QTextStream& out)
+{
+    const QString measurementPath = directory + QStringLiteral("/measurement.qdr.xml");
+    const QString mappingPath = directory + QStringLiteral("/mapping.qdr.xml");
+    out << "\n**Mapping records, blocks of 100**\n\n| samples | load, ms | million samples a second | "
+           "measurement record | ratio | aim |\n|---|---|---|---|---|---|\n";
+    for (const int blocks : {1200, 10000}) {
+        CMeasurementParameters parameters;
+        CRecordingManagerMeasure measurement(settings);
+        CRecordingManagerMapping mapping(settings);
+        measurement.DataSet()->SetMeasurementParameters(&parameters);
+        mapping.DataSet()->SetMeasurementParameters(&parameters);
+        fill(measurement, kShapes[0]);
+        measurement.Save(measurementPath);
+        writeMapping(mappingPath, blocks, *measurement.DataSet(), mapping);
+        measurement.DataSet()->Clear();
+
+        double measurementMs = HUGE_VAL;
+        double mappingMs = HUGE_VAL;
+        for (int run = 0; run < kRuns; ++run) {
+            measurementMs =
+                std::min(measurementMs, loadMs(measurement, *measurement.DataSet(), measurementPath));
+            mappingMs = std::min(mappingMs, loadMs(mapping, *mapping.DataSet(), mappingPath));
+        }
+        const double measurementRate = kSamples / measurementMs / 1000;
+        const double mappingRate = blocks * 100 / mappingMs / 1000;
+        out << QStringLiteral("| %1 | %2 | %3 | %4 | %5 | 1 |\n")
+                   .arg(blocks * 100)
+                   .arg(mappingMs, 0, 'f', 1)
+                   .arg(mappingRate, 0, 'f', 2)
+                   .arg(measurementRate, 0, 'f', 2)
+                   .arg(measurementRate / mappingRate, 0, 'f', 2);
+        out.flush();
+    }
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -213,7 +281,10 @@ int main(int argc, char* argv[])
     out << "Best of " << kRuns << " runs each; TZ=" << qgetenv("TZ") << "\n";
     QTemporaryDir directory;
     const CSettings settings(directory.path());
-    for (const Shape& shape : kShapes)
-        measure(shape, settings, directory.path(), out);
+    if (!application.arguments().contains(QStringLiteral("--mapping-only"))) {
+        for (const Shape& shape : kShapes)
+            measure(shape, settings, directory.path(), out);
+    }
+    measureMapping(settings, directory.path(), out);
     return 0;
 }

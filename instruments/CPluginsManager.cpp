@@ -24,9 +24,10 @@ QString pathOf(const QString& directory, const QString& file)
     return directory + QLatin1Char('/') + file;
 }
 
-/// Lets a loaded library make its plug-in. A factory may answer null, which is not an error.
+/// Lets a loaded library make its plug-in. A factory may answer null, which is not an error. A plug-in that
+/// deletes itself leaves the list, which is a member of `owner`.
 template <class Plugin>
-void createPlugin(QLibrary& library, const char* factoryName, const char* missingText,
+void createPlugin(QLibrary& library, const char* factoryName, const char* missingText, CPluginsManager* owner,
                   QList<Plugin*>& plugins)
 {
     using Factory = Plugin* (*)();
@@ -35,13 +36,16 @@ void createPlugin(QLibrary& library, const char* factoryName, const char* missin
         qDebug("%s", missingText);
         return;
     }
-    if (Plugin* plugin = factory())
-        plugins.append(plugin);
+    Plugin* const plugin = factory();
+    if (!plugin)
+        return;
+    plugins.append(plugin);
+    QObject::connect(plugin, &QObject::destroyed, owner, [&plugins, plugin] { plugins.removeOne(plugin); });
 }
 
 template <class Plugin>
 void loadOptionalPlugins(const QString& directory, const char* factoryName, const char* missingText,
-                         QList<Plugin*>& plugins)
+                         CPluginsManager* owner, QList<Plugin*>& plugins)
 {
     if (!QDir(directory).exists())
         return;
@@ -56,17 +60,17 @@ void loadOptionalPlugins(const QString& directory, const char* factoryName, cons
         if (!isLoaded)
             continue;
         qDebug().noquote() << "library" << file << "loaded";
-        createPlugin(library, factoryName, missingText, plugins);
+        createPlugin(library, factoryName, missingText, owner, plugins);
     }
 }
 
 template <class Plugin> void terminateAll(QList<Plugin*>& plugins)
 {
-    for (Plugin* plugin : qAsConst(plugins)) {
+    while (!plugins.isEmpty()) {
+        Plugin* const plugin = plugins.takeFirst();
         plugin->Stop();
         plugin->deleteLater();
     }
-    plugins.clear();
 }
 
 } // namespace
@@ -107,7 +111,7 @@ void CPluginsManager::LoadInstrumentPlugins()
         ++numLibraries;
         qInfo().noquote() << "library" << file << "loaded";
         createPlugin(library, "CreateInstrumentPlugin",
-                     "Could not create instrument plugin from the loaded library", m_instrumentPlugins);
+                     "Could not create instrument plugin from the loaded library", this, m_instrumentPlugins);
     }
     if (numLibraries == 0)
         qWarning("Unable to load any instrument plugins");
@@ -116,11 +120,11 @@ void CPluginsManager::LoadInstrumentPlugins()
 void CPluginsManager::LoadMapperPlugins()
 {
     loadOptionalPlugins(m_settings.MapperPluginsPath(), "CreateMapperPlugin",
-                        "Could not create mapper plugin from the loaded library", m_mapperPlugins);
+                        "Could not create mapper plugin from the loaded library", this, m_mapperPlugins);
 }
 
 void CPluginsManager::LoadTriggerPlugins()
 {
     loadOptionalPlugins(m_settings.TriggerPluginsPath(), "CreateTriggerPlugin",
-                        "Could not create trigger plugin from the loaded library", m_triggerPlugins);
+                        "Could not create trigger plugin from the loaded library", this, m_triggerPlugins);
 }

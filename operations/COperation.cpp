@@ -2,6 +2,7 @@
 #include "COperation.h"
 
 #include "CInstrumentSupervisor.h"
+#include "CRecordingManager.h"
 #include "CTriggerPlugin.h"
 #include "ParameterFile.h"
 #include "Property.h"
@@ -154,6 +155,29 @@ void COperation::SetName(const QString& value)
 void COperation::SetSessionInProgress(bool value)
 {
     storeAndEmitOnChange(this, m_isSessionInProgress, value, &COperation::SessionInProgressChanged);
+}
+
+void COperation::TakeUnitOfInstrument()
+{
+    const QSharedPointer<CInstrument> instrument = ActiveInstrument();
+    if (!instrument || instrument->UnitList().isEmpty())
+        return;
+    CMeasurementParameters& parameters = *m_operationParameters.MeasurementParameters();
+    parameters.SetUnits(instrument->UnitList().constFirst());
+    parameters.SetDisplayUnits(parameters.Units());
+    ParameterFile::setUncertaintyUnits(parameters, CUnits::UNKNOWN);
+}
+
+void COperation::ResetRecording(CRecordingManager& manager)
+{
+    manager.SetHasUnsavedData(false);
+    manager.SetIsPlayingBack(false);
+    manager.SetIsRecording(false);
+    manager.SetIsIdleWithData(false);
+    manager.SetIsDataLoaded(false);
+    manager.SetIsHolding(true);
+    manager.SetBodyComment(QString());
+    manager.SetMeasComment(QString());
 }
 
 void COperation::onHasActiveInstrumentChanged()

@@ -10,6 +10,7 @@
 #include <QString>
 
 class CInstrumentSupervisor;
+class CRecordingManager;
 class CTriggerPlugin;
 class QDomElement;
 class QXmlStreamWriter;
@@ -81,6 +82,10 @@ signals:
 protected:
     void SetName(const QString& value);
     void SetSessionInProgress(bool value);
+    /// Measures and shows in the first unit that the instrument offers, if there is one.
+    void TakeUnitOfInstrument();
+    /// Takes the manager back to no data; the dataset is left to the caller.
+    static void ResetRecording(CRecordingManager& manager);
 
 private:
     void onHasActiveInstrumentChanged();

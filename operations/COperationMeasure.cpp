@@ -3,7 +3,6 @@
 
 #include "CPluginsManager.h"
 #include "CSettings.h"
-#include "ParameterFile.h"
 #include "Property.h"
 
 namespace {
@@ -64,26 +63,13 @@ void COperationMeasure::setDefaultParameters()
     parameters.SetAveraging(10);
     parameters.SetEnableAdcUnit(false);
     parameters.SetTriggerMode(CTrigger::CONTINUOUS);
-
-    const QSharedPointer<CInstrument> instrument = ActiveInstrument();
-    if (instrument && !instrument->UnitList().isEmpty()) {
-        parameters.SetUnits(instrument->UnitList().constFirst());
-        parameters.SetDisplayUnits(parameters.Units());
-        ParameterFile::setUncertaintyUnits(parameters, CUnits::UNKNOWN);
-    }
+    TakeUnitOfInstrument();
     parameters.SetApplyConfiguration(true);
 }
 
 void COperationMeasure::Reset()
 {
-    m_recordingManager.SetHasUnsavedData(false);
-    m_recordingManager.SetIsPlayingBack(false);
-    m_recordingManager.SetIsRecording(false);
-    m_recordingManager.SetIsIdleWithData(false);
-    m_recordingManager.SetIsDataLoaded(false);
-    m_recordingManager.SetIsHolding(true);
-    m_recordingManager.SetBodyComment(QString());
-    m_recordingManager.SetMeasComment(QString());
+    ResetRecording(m_recordingManager);
     m_recordingManager.DataSet()->Clear();
 }
 

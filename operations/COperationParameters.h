@@ -6,6 +6,7 @@
 #include "CAlarmParametersMeter.h"
 #include "CAlarmParametersSpectrum.h"
 #include "CLimitsParameters.h"
+#include "CMappingParameters.h"
 #include "CMeasurementParameters.h"
 #include "CReplayParameters.h"
 
@@ -16,6 +17,7 @@ class COperationParameters : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(CMeasurementParameters* MeasurementParameters READ MeasurementParameters CONSTANT)
+    Q_PROPERTY(CMappingParameters* MappingParameters READ MappingParameters CONSTANT)
     Q_PROPERTY(CLimitsParameters* LimitsParameters READ LimitsParameters CONSTANT)
     Q_PROPERTY(CReplayParameters* ReplayParameters READ ReplayParameters CONSTANT)
     Q_PROPERTY(CAlarmParametersMeter* AlarmParametersMeter READ AlarmParametersMeter CONSTANT)
@@ -28,6 +30,8 @@ public:
 
     CMeasurementParameters* MeasurementParameters() { return &m_measurementParameters; }
     const CMeasurementParameters* MeasurementParameters() const { return &m_measurementParameters; }
+    CMappingParameters* MappingParameters() { return &m_mappingParameters; }
+    const CMappingParameters* MappingParameters() const { return &m_mappingParameters; }
     CLimitsParameters* LimitsParameters() { return &m_limitsParameters; }
     const CLimitsParameters* LimitsParameters() const { return &m_limitsParameters; }
     CReplayParameters* ReplayParameters() { return &m_replayParameters; }
@@ -45,6 +49,7 @@ public:
 
 private:
     CMeasurementParameters m_measurementParameters;
+    CMappingParameters m_mappingParameters;
     CLimitsParameters m_limitsParameters;
     CReplayParameters m_replayParameters;
     CAlarmParametersMeter m_alarmParametersMeter;

@@ -28,7 +28,8 @@ void giveParameters(COperation& operation, CInstrument& instrument)
 
 COperationsManager::COperationsManager(CSettings* settings, CPluginsManager* pluginsManager,
                                        CInstrumentSupervisor* supervisor, QObject* parent)
-    : QObject(parent), m_supervisor(supervisor), m_operationMeasure(settings, pluginsManager, supervisor)
+    : QObject(parent), m_supervisor(supervisor), m_operationMeasure(settings, pluginsManager, supervisor),
+      m_operationMapping(settings, pluginsManager, supervisor)
 {
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "COperationMapping.h"
 #include "COperationMeasure.h"
 
 #include <QObject>
@@ -21,6 +22,7 @@ public:
                        CInstrumentSupervisor* supervisor, QObject* parent = nullptr);
 
     COperationMeasure* OperationMeasure() { return &m_operationMeasure; }
+    COperationMapping* OperationMapping() { return &m_operationMapping; }
 
     /// Whether the active operation may be left for `next` (null: for none); asks the user when data would be
     /// lost.
@@ -34,5 +36,6 @@ public:
 private:
     CInstrumentSupervisor* m_supervisor;
     COperationMeasure m_operationMeasure;
+    COperationMapping m_operationMapping;
     COperation* m_activeOperation = nullptr;
 };

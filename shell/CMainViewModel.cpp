@@ -3,6 +3,7 @@
 
 #include "CConnectionPageViewModel.h"
 #include "CInstrumentSupervisor.h"
+#include "CMapperPlugin.h"
 #include "CMeterOperationViewModel.h"
 #include "COperationParameters.h"
 #include "COperationsManager.h"
@@ -162,6 +163,9 @@ void CMainViewModel::displayHelp()
 bool CMainViewModel::exitApplicationAllowed()
 {
     const bool allowed = m_operationsManager->ChangeOperationAllowed(nullptr);
+    CMapperPlugin* mapper = m_operationsManager->OperationMapping()->MappingParameters()->SelectedMapper();
+    if (allowed && mapper)
+        mapper->Shutdown();
     CTriggerPlugin* trigger = m_operationsManager->OperationMeasure()
                                   ->OperationParameters()
                                   ->MeasurementParameters()

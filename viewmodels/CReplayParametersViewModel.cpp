@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CReplayParametersViewModel.h"
 
+#include "COperationMapping.h"
 #include "COperationMeasure.h"
 #include "COperationParameters.h"
 #include "CRecordingManagerMeasure.h"
@@ -22,8 +23,20 @@ int indexOfBlock(int block)
 } // namespace
 
 CReplayParametersViewModel::CReplayParametersViewModel(COperationMeasure* operation, QObject* parent)
-    : QObject(parent), m_replayParameters(operation->OperationParameters()->ReplayParameters()),
-      m_recordingManager(operation->RecordingManager()),
+    : CReplayParametersViewModel(operation->OperationParameters()->ReplayParameters(),
+                                 operation->RecordingManager(), parent)
+{
+}
+
+CReplayParametersViewModel::CReplayParametersViewModel(COperationMapping* operation, QObject* parent)
+    : CReplayParametersViewModel(operation->OperationParameters()->ReplayParameters(),
+                                 operation->RecordingManager(), parent)
+{
+}
+
+CReplayParametersViewModel::CReplayParametersViewModel(CReplayParameters* replayParameters,
+                                                       CRecordingManager* recordingManager, QObject* parent)
+    : QObject(parent), m_replayParameters(replayParameters), m_recordingManager(recordingManager),
       m_timeWarpNames{QStringLiteral("0.0001x"), QStringLiteral("0.001x"), QStringLiteral("0.01x"),
                       QStringLiteral("0.1x"),    QStringLiteral("1x"),     QStringLiteral("10x")},
       m_timeWarpValues{0.0001, 0.001, 0.01, 0.1, 1.0, 10.0}

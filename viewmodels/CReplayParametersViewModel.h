@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QStringList>
 
+class COperationMapping;
 class COperationMeasure;
 class CRecordingManager;
 class CReplayParameters;
@@ -28,6 +29,7 @@ class CReplayParametersViewModel : public QObject
 public:
     /// The operation must outlive the view model.
     explicit CReplayParametersViewModel(COperationMeasure* operation, QObject* parent = nullptr);
+    explicit CReplayParametersViewModel(COperationMapping* operation, QObject* parent = nullptr);
 
     QStringList TimeWarpNames() const { return m_timeWarpNames; }     ///< "1x" and the like
     QList<double> TimeWarpValues() const { return m_timeWarpValues; } ///< speed factors, one for each name
@@ -66,6 +68,8 @@ signals:
     void StepByStepModeChanged(bool stepByStep);
 
 private:
+    CReplayParametersViewModel(CReplayParameters* replayParameters, CRecordingManager* recordingManager,
+                               QObject* parent);
     void syncWithOperation();
     void connectSignals();
 

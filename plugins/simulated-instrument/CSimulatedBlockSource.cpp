@@ -45,8 +45,10 @@ bool isEvery(int count, int every)
 
 CSimulatedBlockSource::CSimulatedBlockSource(const SimulationSettings& settings, const QList<tFlux>& ranges,
                                              qint64 epochNs)
-    : m_settings(settings), m_model(settings), m_ranges(ranges), m_epochNs(epochNs),
-      m_random(settings.seed != 0 ? settings.seed : std::random_device()()), m_zeroFieldRandom(m_random())
+    : m_settings(settings), m_model(settings),
+      m_magnet(settings.magnetCenter, settings.magnetMoment, settings.magnetRadius), m_ranges(ranges),
+      m_epochNs(epochNs), m_random(settings.seed != 0 ? settings.seed : std::random_device()()),
+      m_zeroFieldRandom(m_random())
 {
 }
 
@@ -68,11 +70,7 @@ QSharedPointer<CMeasureBlock> CSimulatedBlockSource::NextBlock(const Acquisition
         const std::lock_guard<std::mutex> lock(m_correctionMutex);
         correction = m_correction;
     }
-    QVector<FieldVector> fields(parameters.blockSize);
-    for (int i = 0; i < fields.size(); ++i) {
-        const double timeS = static_cast<double>(times.SampleNs(i) - m_epochNs) * 1e-9;
-        fields[i] = m_model.FieldAt(timeS) + m_settings.offset;
-    }
+    QVector<FieldVector> fields = fieldsAt(times, parameters.blockSize);
     const double range = chooseRange(parameters, fields);
     const double deviation = m_settings.noise * range / std::sqrt(parameters.averaging);
     const bool isNan = isEvery(m_blocksOfRun, m_settings.nanBlockEvery);
@@ -100,6 +98,22 @@ QSharedPointer<CMeasureBlock> CSimulatedBlockSource::NextBlock(const Acquisition
         block->Results.append(result);
     }
     return block;
+}
+
+QVector<FieldVector> CSimulatedBlockSource::fieldsAt(const BlockTimes& times, int count) const
+{
+    const bool isProbeMounted = SimulatedBench::IsProbeMounted();
+    QVector<FieldVector> fields(count);
+    for (int i = 0; i < fields.size(); ++i) {
+        const qint64 sampleNs = times.SampleNs(i);
+        std::optional<ProbePose> pose;
+        if (isProbeMounted)
+            pose = SimulatedBench::PoseAt(sampleNs);
+        const FieldVector field = pose ? m_magnet.FieldOfProbe(*pose)
+                                       : m_model.FieldAt(static_cast<double>(sampleNs - m_epochNs) * 1e-9);
+        fields[i] = field + m_settings.offset;
+    }
+    return fields;
 }
 
 double CSimulatedBlockSource::chooseRange(const AcquisitionParameters& parameters,

@@ -3,6 +3,7 @@
 
 #include "CBlockSource.h"
 #include "CFieldModel.h"
+#include "CMagnet.h"
 #include "CSampleStamper.h"
 #include "SimulationSettings.h"
 
@@ -11,7 +12,8 @@
 #include <mutex>
 #include <random>
 
-/// Makes blocks as the simulated sensor would measure them: field, offset of the sensor less the correction
+/// Makes blocks as the simulated sensor would measure them: field of the place, or of the magnet while a
+/// simulated mapper carries the probe, offset of the sensor less the correction
 /// of the zero-offset calibration, noise, saturation at the range, conversion to the unit asked for.
 class CSimulatedBlockSource : public CBlockSource
 {
@@ -34,12 +36,14 @@ public:
     void SetZeroCorrection(const FieldVector& correction);
 
 private:
+    QVector<FieldVector> fieldsAt(const BlockTimes& times, int count) const;
     double chooseRange(const AcquisitionParameters& parameters, const QVector<FieldVector>& fields) const;
     void fillSample(CFieldIntensityResult& result, const FieldVector& reading, const FieldVector& direction,
                     double range, CUnits::UnitType units) const;
 
     SimulationSettings m_settings;
     CFieldModel m_model;
+    CMagnet m_magnet;
     QList<tFlux> m_ranges;
     qint64 m_epochNs;
     CSampleStamper m_stamper;

@@ -1,37 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "SimulationSettings.h"
 
-#include <QSettings>
-#include <QStandardPaths>
+#include "CIniReader.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
 constexpr double kTeslaPerMicroTesla = 1e-6;
 constexpr int kMaxCount = 16;
+constexpr double kMinMagnetRadius = 1e-3;
 
-class Reader
+class Reader : public CIniReader
 {
 public:
-    explicit Reader(const QString& path) : m_settings(path, QSettings::IniFormat) {}
-
-    void Read(const char* key, double& value, double factor = 1) const
-    {
-        bool ok = false;
-        const double read = text(key).toDouble(&ok);
-        if (ok && std::isfinite(read))
-            value = read * factor;
-    }
-
-    template <class Integer> void ReadInteger(const char* key, Integer& value) const
-    {
-        bool ok = false;
-        const qlonglong read = text(key).toLongLong(&ok);
-        if (ok && read >= 0)
-            value = static_cast<Integer>(std::min<qlonglong>(read, std::numeric_limits<int>::max()));
-    }
+    using CIniReader::CIniReader;
+    using CIniReader::Read;
 
     void Read(const char* key, FieldVector& value, double factor) const
     {
@@ -41,34 +25,21 @@ public:
         Read((name + 'Z').constData(), value.z, factor);
     }
 
-    void Read(const char* key, bool& value) const
-    {
-        const QString read = text(key);
-        if (!read.isEmpty())
-            value = read == QLatin1String("true") || read == QLatin1String("1");
-    }
-
     void Read(const char* key, Outcome& value) const
     {
-        const QString read = text(key);
+        const QString read = Text(key);
         if (read == QLatin1String("fail"))
             value = Outcome::Failure;
         else if (read == QLatin1String("throw"))
             value = Outcome::Exception;
     }
-
-    QString text(const char* key) const { return m_settings.value(QLatin1String(key)).toString().trimmed(); }
-
-private:
-    QSettings m_settings;
 };
 
 } // namespace
 
 QString SimulationSettings::FilePath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-           QStringLiteral("/Kestrix/KestrixSimulatedInstrument.ini");
+    return CIniReader::PathOf(QStringLiteral("KestrixSimulatedInstrument.ini"));
 }
 
 SimulationSettings SimulationSettings::Load()
@@ -78,10 +49,10 @@ SimulationSettings SimulationSettings::Load()
 
     reader.ReadInteger("Instruments/Count", settings.count);
     settings.count = std::min(settings.count, kMaxCount);
-    const QString serialNumber = reader.text("Instruments/SerialNumber");
+    const QString serialNumber = reader.Text("Instruments/SerialNumber");
     if (!serialNumber.isEmpty())
         settings.serialNumber = serialNumber;
-    settings.calibrationDate = QDate::fromString(reader.text("Instruments/CalibrationDate"), Qt::ISODate);
+    settings.calibrationDate = QDate::fromString(reader.Text("Instruments/CalibrationDate"), Qt::ISODate);
 
     reader.Read("Field/Dc", settings.dc, kTeslaPerMicroTesla);
     reader.Read("Field/AcFrequency", settings.acFrequency);
@@ -100,6 +71,11 @@ SimulationSettings SimulationSettings::Load()
     reader.Read("Sensor/AccuracyOfRange", settings.accuracyOfRange);
     reader.Read("Sensor/Bprime", settings.bprime, 1);
     reader.Read("Sensor/EstimateBprime", settings.estimateBprime);
+
+    reader.Read("Magnet/Center", settings.magnetCenter, 1);
+    reader.Read("Magnet/Moment", settings.magnetMoment, 1);
+    reader.Read("Magnet/Radius", settings.magnetRadius);
+    settings.magnetRadius = std::max(settings.magnetRadius, kMinMagnetRadius);
 
     reader.ReadInteger("Calibration/DurationMs", settings.calibrationMs);
     reader.Read("Calibration/ChamberField", settings.chamberField, kTeslaPerMicroTesla);

@@ -38,6 +38,11 @@ struct SimulationSettings
     FieldVector bprime{0.6, 0.8, 0};
     bool estimateBprime = false; ///< B' is the direction in which the field of a block varies most
 
+    // Magnet that a simulated mapper carries the probe around
+    FieldVector magnetCenter{0, 0, -40}; ///< millimetres, in the frame of the mapper
+    FieldVector magnetMoment{0, 0, 0.8}; ///< A m^2
+    double magnetRadius = 6;             ///< millimetres
+
     // Calibration
     int calibrationMs = 1000;
     FieldVector chamberField; ///< what remains in the zero-field chamber

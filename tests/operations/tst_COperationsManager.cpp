@@ -33,6 +33,8 @@ private slots:
     void givesItsParametersToTheInstrument();
     void activatesWithoutInstrument();
     void measureOperationKeepsItsParameters();
+    void fromMeterToMapping_data();
+    void fromMeterToMapping();
 
 private:
     std::unique_ptr<OperationFixture> m_fixture;
@@ -62,6 +64,7 @@ void tst_COperationsManager::startsWithoutActiveOperation()
 {
     QCOMPARE(m_manager->GetActiveOperation(), nullptr);
     QCOMPARE(m_manager->OperationMeasure()->Name(), QStringLiteral("MeterSpectrumAc"));
+    QCOMPARE(m_manager->OperationMapping()->Name(), QStringLiteral("Mapping"));
 }
 
 void tst_COperationsManager::allowsWithoutAsking()
@@ -218,6 +221,33 @@ void tst_COperationsManager::measureOperationKeepsItsParameters()
     QVERIFY(!measure.SessionInProgress());
     QVERIFY(OperationFixture::readFile(OperationFixture::settingsFilePath())
                 .contains("<Averaging>77</Averaging>"));
+}
+
+void tst_COperationsManager::fromMeterToMapping_data()
+{
+    QTest::addColumn<bool>("ok");
+    QTest::newRow("ok") << true;
+    QTest::newRow("cancel") << false;
+}
+
+void tst_COperationsManager::fromMeterToMapping()
+{
+    QFETCH(const bool, ok);
+    m_fixture->connectInstrument(0);
+    m_manager->SetActiveOperation(m_manager->OperationMeasure());
+    m_manager->OperationMeasure()->RecordingManager()->SetHasUnsavedData(true);
+    DialogDriver dialogs;
+    dialogs.pressNext(ok ? QMessageBox::Ok : QMessageBox::Cancel);
+    QCOMPARE(m_manager->ChangeOperationAllowed(m_manager->OperationMapping()), ok);
+    QVERIFY(dialogs.isDone());
+    QCOMPARE(m_manager->GetActiveOperation(), m_manager->OperationMeasure());
+    QVERIFY(m_manager->OperationMeasure()->GetUnsavedData());
+    if (!ok)
+        return;
+    m_manager->SetActiveOperation(m_manager->OperationMapping());
+    QCOMPARE(m_fixture->instrument(0)->MeasurementParameters(),
+             m_manager->OperationMapping()->OperationParameters()->MeasurementParameters());
+    QVERIFY(!m_manager->OperationMeasure()->GetUnsavedData());
 }
 
 QTEST_MAIN(tst_COperationsManager)

@@ -29,6 +29,7 @@ void tst_OperationParameters::groups()
         compareProperties(COperationParameters::staticMetaObject,
                           {
                               {"MeasurementParameters", "CMeasurementParameters*", Constant},
+                              {"MappingParameters", "CMappingParameters*", Constant},
                               {"LimitsParameters", "CLimitsParameters*", Constant},
                               {"ReplayParameters", "CReplayParameters*", Constant},
                               {"AlarmParametersMeter", "CAlarmParametersMeter*", Constant},

@@ -3,6 +3,7 @@
 
 #include "CInstrument.h"
 #include "CInstrumentListProvider.h"
+#include "CMapperPluginStopAndGo.h"
 #include "CTriggerPlugin.h"
 
 #include <QAbstractButton>
@@ -102,6 +103,19 @@ public:
     void Start() override {}
     void Stop() override {}
     void Shutdown() override { ++shutdowns; }
+
+    int shutdowns = 0;
+};
+
+class FakeMapper : public CMapperPluginStopAndGo
+{
+public:
+    void Start() override {}
+    void Stop() override {}
+    CPosition GetPosition() override { return CPosition(); }
+    COrientation GetOrientation() override { return COrientation(); }
+    void Shutdown() override { ++shutdowns; }
+    void MoveTo(CPosition&, COrientation&) override {}
 
     int shutdowns = 0;
 };

@@ -56,8 +56,8 @@ private slots:
     void helpThatCannotBeOpened();
 
     void exitWithoutUnsavedWork();
-    void exitAsksAndShutsTheTriggerDown_data();
-    void exitAsksAndShutsTheTriggerDown();
+    void exitAsksAndShutsPluginsDown_data();
+    void exitAsksAndShutsPluginsDown();
     void exitDoesNotAskAboutParameters();
     void terminate();
     void endsWithItsPage();
@@ -390,7 +390,7 @@ void tst_CMainViewModel::exitWithoutUnsavedWork()
     QCOMPARE(m_operations->GetActiveOperation(), operation());
 }
 
-void tst_CMainViewModel::exitAsksAndShutsTheTriggerDown_data()
+void tst_CMainViewModel::exitAsksAndShutsPluginsDown_data()
 {
     QTest::addColumn<bool>("session");
     QTest::addColumn<bool>("ok");
@@ -400,13 +400,15 @@ void tst_CMainViewModel::exitAsksAndShutsTheTriggerDown_data()
     QTest::newRow("session, ok") << true << true;
 }
 
-void tst_CMainViewModel::exitAsksAndShutsTheTriggerDown()
+void tst_CMainViewModel::exitAsksAndShutsPluginsDown()
 {
     QFETCH(bool, session);
     QFETCH(bool, ok);
     connectInstrument("1");
     m_main->displayMeterPage();
     FakeTrigger trigger;
+    FakeMapper mapper;
+    m_operations->OperationMapping()->MappingParameters()->SetSelectedMapper(&mapper);
     CMeasurementParameters* parameters = operation()->OperationParameters()->MeasurementParameters();
     parameters->SetTriggerPlugin(&trigger);
     if (session)
@@ -418,6 +420,8 @@ void tst_CMainViewModel::exitAsksAndShutsTheTriggerDown()
     QCOMPARE(m_main->exitApplicationAllowed(), ok);
     QCOMPARE(answers.texts, QStringList{QLatin1String(kQuitQuestion)});
     QCOMPARE(trigger.shutdowns, 1);
+    // The mapper is told only when the exit takes place.
+    QCOMPARE(mapper.shutdowns, ok ? 1 : 0);
     QCOMPARE(operation()->SessionInProgress(), session);
     parameters->SetTriggerPlugin(nullptr);
     operation()->RecordingManager()->SetHasUnsavedData(false);

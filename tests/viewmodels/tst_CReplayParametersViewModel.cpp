@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "COperationMapping.h"
 #include "CReplayParametersViewModel.h"
 #include "MeasureFixture.h"
 #include "MetaObjectTable.h"
@@ -26,6 +27,7 @@ private slots:
     void numBlocksIsNeverNegative();
     void idleWithDataOpensTheRange();
     void idleWithDataDuringReplayDoesNothing();
+    void mappingOperation();
 };
 
 void tst_CReplayParametersViewModel::surface()
@@ -239,6 +241,27 @@ void tst_CReplayParametersViewModel::idleWithDataDuringReplayDoesNothing()
     f.manager().SetIsIdleWithData(true);
     QCOMPARE(model.StartingBlock(), 2);
     QCOMPARE(model.EndingBlock(), 3);
+}
+
+void tst_CReplayParametersViewModel::mappingOperation()
+{
+    MeasureFixture f;
+    COperationMapping operation(&f.settings, &f.pluginsManager, &f.supervisor);
+    CRecordingManagerMapping& manager = *operation.RecordingManager();
+    operation.OperationParameters()->ReplayParameters()->SetStartingBlock(3);
+    CReplayParametersViewModel model(&operation);
+    QCOMPARE(model.StartingBlock(), 3);
+    for (int i = 0; i < 4; ++i)
+        manager.AddMeasureBlock(QSharedPointer<CMeasureBlockMapping>::create());
+    QCOMPARE(model.NumBlocks(), 4);
+    QCOMPARE(model.EndingBlock(), 4);
+    QCOMPARE(model.CurrentBlock(), 4);
+    QCOMPARE(manager.EndReplayIndex(), 3);
+    model.SetSelectedTimeWarpIndex(5);
+    QCOMPARE(manager.TimeWarp(), 10.0);
+    manager.playCurrentBlock(2);
+    QCOMPARE(model.CurrentBlock(), 2);
+    QCOMPARE(operation.OperationParameters()->ReplayParameters()->CurrentBlock(), 2);
 }
 
 QTEST_GUILESS_MAIN(tst_CReplayParametersViewModel)

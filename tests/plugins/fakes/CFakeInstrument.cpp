@@ -38,6 +38,7 @@ void setBound(CBoundedParm* bound, double min, double max, double defaultValue)
 
 CFakeInstrument::CFakeInstrument(const QString& serialNumber, QObject* plugin) : m_plugin(plugin)
 {
+    setObjectName(QStringLiteral("fakeInstrument"));
     SetName(QStringLiteral("Fake"));
     SetSerialNumber(serialNumber);
     SetInterface(CInstrumentInterface::USB);

@@ -3,11 +3,19 @@
 
 #include "FakeOptions.h"
 
+#include <QTimer>
+
 CFakeMapperPlugin::CFakeMapperPlugin(QObject* parent) : CMapperPluginStopAndGo(parent)
 {
     setObjectName(QStringLiteral("fakeMapperPlugin"));
     FakeOptions::takeFromEnvironment(*this);
     Name = FakeOptions::value(this, nullptr, "mapperName", QStringLiteral("Fake mapper")).toString();
+    MapperType = FakeOptions::value(this, nullptr, "mapperType", MapperType).toInt();
+}
+
+CFakeMapperPlugin::~CFakeMapperPlugin()
+{
+    joinThread();
 }
 
 void CFakeMapperPlugin::Start()
@@ -38,7 +46,42 @@ void CFakeMapperPlugin::Shutdown()
 void CFakeMapperPlugin::MoveTo(CPosition& position, COrientation& orientation)
 {
     FakeOptions::recordCall(*this, QStringLiteral("MoveTo"));
+    FakeOptions::recordPlace(*this, position, orientation);
     m_position = position;
     m_orientation = orientation;
+    // A careless mapper may use what it is lent.
+    position.SetX(-1e6);
+    orientation.SetYaw(-1e6);
+
+    const QString ready = FakeOptions::value(this, nullptr, "ready", QStringLiteral("once")).toString();
+    if (ready == QLatin1String("never"))
+        return;
+    if (ready == QLatin1String("thread")) {
+        joinThread();
+        m_thread = std::thread([this] { emit Ready(); });
+        return;
+    }
+    if (ready == QLatin1String("vanish")) {
+        QTimer::singleShot(0, this, &CFakeMapperPlugin::Vanish);
+        return;
+    }
     emit Ready();
+    if (ready == QLatin1String("twice"))
+        emit Ready();
+}
+
+void CFakeMapperPlugin::EmitReady()
+{
+    emit Ready();
+}
+
+void CFakeMapperPlugin::Vanish()
+{
+    delete this;
+}
+
+void CFakeMapperPlugin::joinThread()
+{
+    if (m_thread.joinable())
+        m_thread.join();
 }

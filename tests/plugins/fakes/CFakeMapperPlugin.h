@@ -3,6 +3,8 @@
 
 #include "CMapperPluginStopAndGo.h"
 
+#include <thread>
+
 /// A stop-and-go mapper that arrives at once and records its calls, see FakeOptions.h.
 class CFakeMapperPlugin : public CMapperPluginStopAndGo
 {
@@ -10,6 +12,7 @@ class CFakeMapperPlugin : public CMapperPluginStopAndGo
 
 public:
     explicit CFakeMapperPlugin(QObject* parent = nullptr);
+    ~CFakeMapperPlugin() override;
 
     void Start() override;
     void Stop() override;
@@ -18,7 +21,15 @@ public:
     void Shutdown() override;
     void MoveTo(CPosition& position, COrientation& orientation) override;
 
+public slots:
+    void EmitReady();
+    /// Deletes the mapper.
+    void Vanish();
+
 private:
+    void joinThread();
+
     CPosition m_position;
     COrientation m_orientation;
+    std::thread m_thread;
 };

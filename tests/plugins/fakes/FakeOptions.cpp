@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FakeOptions.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 namespace FakeOptions {
@@ -30,6 +31,28 @@ QVariant value(const QObject* object, const QObject* plugin, const char* key, co
 void recordCall(QObject& fake, const QString& call)
 {
     fake.setProperty("calls", fake.property("calls").toStringList() << call);
+    QCoreApplication* const application = QCoreApplication::instance();
+    const QVariant journal = application->property("journal");
+    if (journal.isValid())
+        application->setProperty("journal", journal.toStringList()
+                                                << fake.objectName() + QLatin1Char(' ') + call);
+}
+
+QString placeText(const CPosition& position, const COrientation& orientation)
+{
+    return QStringLiteral("%1 %2 %3 %4 %5 %6")
+        .arg(position.X())
+        .arg(position.Y())
+        .arg(position.Z())
+        .arg(orientation.Roll())
+        .arg(orientation.Pitch())
+        .arg(orientation.Yaw());
+}
+
+void recordPlace(QObject& mapper, const CPosition& position, const COrientation& orientation)
+{
+    mapper.setProperty("places", mapper.property("places").toStringList()
+                                     << placeText(position, orientation));
 }
 
 } // namespace FakeOptions

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "COrientation.h"
+#include "CPosition.h"
+
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -25,8 +28,13 @@
 /// | units            | comma-separated unit texts; "none" for an empty list             | all     |
 /// | triggerName      | Name of the trigger plug-in                                      | Fake trigger |
 /// | mapperName       | Name of the mapper plug-in                                       | Fake mapper  |
+/// | mapperType       | MapperType, which need not be true                               | true    |
+/// | ready            | Ready after a MoveTo(): once, twice, never, thread (from another | once    |
+/// |                  | one), vanish (the mapper is deleted instead)                     |         |
 ///
-/// The dynamic property "calls" of a fake holds the names of the calls that it got, in their order.
+/// The dynamic property "calls" of a fake holds the names of the calls that it got, in their order, and
+/// "places" the places that a mapper was sent to. If the application has the dynamic property "journal", the
+/// calls of all fakes are added to it, with the object name in front.
 namespace FakeOptions {
 
 /// Sets the options of the environment on a plug-in.
@@ -36,5 +44,9 @@ void takeFromEnvironment(QObject& plugin);
 QVariant value(const QObject* object, const QObject* plugin, const char* key, const QVariant& fallback);
 
 void recordCall(QObject& fake, const QString& call);
+
+/// "X Y Z Roll Pitch Yaw".
+QString placeText(const CPosition& position, const COrientation& orientation);
+void recordPlace(QObject& mapper, const CPosition& position, const COrientation& orientation);
 
 } // namespace FakeOptions
