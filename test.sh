@@ -15,7 +15,8 @@ for preset in "${presets[@]}"; do
     cmake --preset "$preset" >/dev/null
     cmake --build --preset "$preset" -j "$jobs"
 done
+# Tests of the window wait for its timers most of the time.
 for preset in "${presets[@]}"; do
     echo "== $preset: test"
-    scripts/with-display.sh ctest --preset "$preset" -j "$jobs" --timeout 300
+    ctest --preset "$preset" -j $((jobs + 1)) --timeout 300
 done

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs a command on a private virtual X display with a window manager and a system tray, and ends all of it.
 #   scripts/with-display.sh [-s WIDTHxHEIGHT] COMMAND [ARGUMENTS]
+# KESTRIX_PRELOAD names libraries that are loaded first into the command, and not into the display's own programs.
 set -euo pipefail
 
 size=1600x1000
@@ -32,4 +33,4 @@ done
 trayer --edge bottom --widthtype request >/dev/null 2>&1 &
 children+=($!)
 
-"$@"
+LD_PRELOAD=${KESTRIX_PRELOAD:-${LD_PRELOAD:-}} "$@"

@@ -122,11 +122,11 @@ private slots:
 
     void instrumentLostInASession()
     {
-        Scenario::WriteSimulationSettings(QStringLiteral("[Misbehaviour]\nVanishAfterS=2\n"));
+        Scenario::WriteSimulationSettings(QStringLiteral("[Misbehaviour]\nVanishAfterS=6\n"));
         startWithDefaultInstrument();
         answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
         QVERIFY(driver().Click(QStringLiteral("resumeButton")));
-        QTRY_VERIFY_WITH_TIMEOUT(answers().IsDone(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(answers().IsDone(), 30000);
         QVERIFY(driver().WaitFor(QStringLiteral("instrumentSelectionPage")));
         QCOMPARE(driver().Text(QStringLiteral("statusModel"), QStringLiteral("value")), QStringLiteral("--"));
         QVERIFY(scenario().CloseWindow());

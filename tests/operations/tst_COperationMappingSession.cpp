@@ -202,7 +202,7 @@ void tst_COperationMappingSession::acquireStartsTheTriggerPlugin()
     setRow(2);
     parameters().SetTriggerPlugin(&m_trigger);
     parameters().SetTriggerMode(mode);
-    qApp->setProperty("journal", QStringList());
+    QCoreApplication::instance()->setProperty("journal", QStringList());
     m_operation->StartSession();
     m_operation->OnAcquire();
     const LogRecorder log;
@@ -220,7 +220,7 @@ void tst_COperationMappingSession::acquireStartsTheTriggerPlugin()
         expected << QStringLiteral("fakeTriggerPlugin Start");
     // The end of the list stops neither the trigger plug-in nor the instrument.
     expected << QStringLiteral("fakeMapperPlugin Stop");
-    QCOMPARE(qApp->property("journal").toStringList(), expected);
+    QCOMPARE(QCoreApplication::instance()->property("journal").toStringList(), expected);
     parameters().SetTriggerPlugin(nullptr);
 }
 
