@@ -91,6 +91,7 @@ private slots:
 
     void isMadeOnce();
     void followsThePlaceThatShowsIt();
+    void keepsItsSizeApartFromAnyPlace();
     void cameraIsSetAnew_data();
     void cameraIsSetAnew();
     void projectionFollowsTheSettings();
@@ -223,6 +224,25 @@ void tst_SceneKeeper::followsThePlaceThatShowsIt()
     QCOMPARE(scene()->position(), QPointF());
     m_window->resize(600, 900);
     QTRY_COMPARE(QSizeF(scene()->width(), scene()->height()), before);
+}
+
+void tst_SceneKeeper::keepsItsSizeApartFromAnyPlace()
+{
+    const QUrl source(QStringLiteral("qrc:/Resources/Controls/Meter/MeterScene.qml"));
+    QQuickItem place(m_window->contentItem());
+    place.setSize({120, 90});
+    const QVariant parameters[] = {source, QVariant::fromValue(&place)};
+    QVERIFY(QMetaObject::invokeMethod(keeper(), "borrow", Q_ARG(QVariant, parameters[0]),
+                                      Q_ARG(QVariant, parameters[1])));
+    QCOMPARE(scenes().size(), 1);
+    QCOMPARE(scene()->parentItem(), &place);
+    QCOMPARE(scene()->width(), 120.0);
+    place.setSize({130, 80});
+    QCOMPARE(scene()->size(), QSizeF(130, 80));
+    QVERIFY(QMetaObject::invokeMethod(keeper(), "giveBack", Q_ARG(QVariant, parameters[0]),
+                                      Q_ARG(QVariant, parameters[1])));
+    place.setSize({50, 40});
+    QCOMPARE(scene()->size(), QSizeF(130, 80));
 }
 
 void tst_SceneKeeper::cameraIsSetAnew_data()
@@ -367,7 +387,12 @@ void tst_SceneKeeper::showsTheNextViewModel()
 void tst_SceneKeeper::lastBorrowerHasIt()
 {
     const QQuickItem* firstPlace = scene()->parentItem();
+    deliver(48, 0, 0);
+    QCOMPARE(scene()->property("hasFieldVector").toBool(), true);
+    m_fixture.operation.Reset();
     showSecond(true);
+    // To the second one the scene is as new.
+    QCOMPARE(scene()->property("hasFieldVector").toBool(), false);
     QCOMPARE(scenes().size(), 1);
     QVERIFY(scene()->parentItem() != firstPlace);
     QVERIFY(scene()->mapToScene({}).y() > m_window->height() / 2.0);
