@@ -3,6 +3,7 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import QtQuick.Window 2.15
+import "Controls/Chart3D"
 import "Utils/Style.js" as Style
 import "Widgets"
 
@@ -16,6 +17,9 @@ ApplicationWindow {
 
     // Bindings and handlers run in no certain order while the window is made: its size counts from here on.
     property bool isComplete: false
+
+    // Pages find it here.
+    property alias sceneKeeper: sceneKeeper
 
     function isSmallWindowSize() {
         if (!initialize) {
@@ -176,6 +180,10 @@ ApplicationWindow {
                 }
             }
         }
+    }
+
+    SceneKeeper {
+        id: sceneKeeper
     }
 
     LogDialog {

@@ -23,6 +23,10 @@ TableView {
     activeFocusOnTab: true
     Accessible.role: Accessible.Table
 
+    // No rows in store: those are made asynchronously, and a table that is destroyed meanwhile, its model before it,
+    // writes a warning to the log.
+    Component.onCompleted: flickableItem.cacheBuffer = 0
+
     style: TableViewStyle {
         backgroundColor: Style.BackgroundColor
         transientScrollBars: false

@@ -22,7 +22,12 @@
 
 namespace {
 
+#ifdef __SANITIZE_ADDRESS__
+// Three times as slow there.
+constexpr int kChanges = 350;
+#else
 constexpr int kChanges = 1000;
+#endif
 /// By then everything that is made once and kept has been made.
 constexpr int kChangesUntilFirstLook = 200;
 constexpr quint32 kSeed = 20240517;
@@ -253,16 +258,14 @@ private:
         return census;
     }
 
-    /// The log's, without two of Qt's own: the style that the environment of the tests asks for, and a table
-    /// whose model empties while a row is in the making.
+    /// The log's, without one of Qt's own: the style that the environment of the tests asks for.
     QStringList warnings()
     {
         QStringList found;
         const QStringList lines = scenario().LogText().split(QLatin1Char('\n'));
         for (const QString& line : lines) {
             if ((line.startsWith(QLatin1String("[WARN]")) || line.startsWith(QLatin1String("[CRIT]"))) &&
-                !line.contains(QLatin1String("Cannot find style")) &&
-                !line.contains(QLatin1String("DelegateModel::cancel")))
+                !line.contains(QLatin1String("Cannot find style")))
                 found << line;
         }
         return found;
@@ -278,7 +281,7 @@ private:
         // Qt keeps a few kilobytes of each dialog; pages that were kept would be twenty megabytes and more.
         QVERIFY(last.megabytes < first.megabytes + 8);
         QCOMPARE(warnings(), QStringList());
-        QVERIFY(m_pages.size() > 100);
+        QVERIFY(m_pages.size() > kChanges / 10);
         const auto alive = std::count_if(m_pages.begin(), m_pages.end(),
                                          [](const QPointer<QObject>& page) { return !page.isNull(); });
         QCOMPARE(alive, 1);

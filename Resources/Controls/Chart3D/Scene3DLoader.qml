@@ -1,16 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick 2.15
+import QtQuick.Controls 2.15
 import QtQuick.Window 2.15
 import ".."
 import "../../Utils/Style.js" as Style
 
 // Shows a 3-D scene where OpenGL can draw one, and says so where it cannot: the scenes end the program on a context
 // that they do not understand. What draws the window is known once it is on screen; until then nothing is shown.
+// A window with a SceneKeeper as its property `sceneKeeper` lends the scene, which outlives this item; in any other
+// window it is made here.
 Item {
     id: sceneLoader
 
     property url source
-    readonly property Item scene: loader.item
+    readonly property Item scene: borrowedScene || loader.item
+
+    property Item keeper: null
+    property Item borrowedScene: null
+    property bool isComplete: false
+    readonly property bool isDue: isComplete && isUsable
 
     readonly property bool isGraphicsKnown: GraphicsInfo.api !== GraphicsInfo.Unknown
     readonly property bool isEmbedded: GraphicsInfo.renderableType === GraphicsInfo.SurfaceFormatOpenGLES
@@ -27,13 +35,41 @@ Item {
         return length;
     }
 
-    Loader {
-        id: loader
+    function showScene() {
+        const window = sceneLoader.ApplicationWindow.window;
+        keeper = window && window.sceneKeeper ? window.sceneKeeper : null;
+        if (keeper)
+            borrowedScene = keeper.borrow(source, place);
+        else
+            loader.active = true;
+    }
+
+    onIsDueChanged: {
+        if (isDue)
+            showScene();
+    }
+
+    Component.onCompleted: isComplete = true
+    // Before the items of a discarded page leave the window.
+    Component.onDestruction: {
+        if (keeper)
+            keeper.giveBack(source, place);
+    }
+
+    Item {
+        id: place
 
         width: sceneLoader.drawnLength(parent.width)
         height: sceneLoader.drawnLength(parent.height)
-        active: sceneLoader.isUsable
-        source: sceneLoader.source
+
+        Loader {
+            id: loader
+
+            anchors.fill: parent
+            active: false
+            source: sceneLoader.source
+            onLoaded: item.open()
+        }
     }
 
     KXCLabel {

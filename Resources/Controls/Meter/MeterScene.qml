@@ -4,19 +4,37 @@ import QtDataVisualization 1.2
 import "../../Utils/Style.js" as Style
 
 // The arrow of the field among three labelled axes. A stage without data series: all on it are custom items. A scene
-// that does not change draws no frames.
+// that does not change draws no frames. It can outlive the page that shows it: see SceneKeeper.
 Scatter3D {
     id: scene
 
     readonly property string meshes: ":/Resources/Mesh/"
-    readonly property var viewModel: ActivePageViewModel
-    readonly property bool hasMeasurement: ActiveOperation.RecordingManager.NumBlocks > 0
+    // Null while the scene is closed.
+    property QtObject viewModel: null
+    readonly property bool hasMeasurement: viewModel !== null && ActiveOperation.RecordingManager.NumBlocks > 0
     readonly property vector3d axisScaling: Qt.vector3d(0.2, 0.45, 0.2)
     readonly property vector3d labelScaling: Qt.vector3d(2, 2, 2)
     // Handlers cannot be written for signals whose names begin with a capital; a property that follows has its own.
-    readonly property bool isMeasureReady: viewModel.NewMeasureReady
-    property bool isCompleted: false
+    readonly property bool isMeasureReady: viewModel !== null && viewModel.NewMeasureReady
+    property bool isOpen: false
     property bool hasFieldVector: false
+    property bool isFieldVectorAdded: false
+
+    function open() {
+        viewModel = ActivePageViewModel;
+        isOpen = true;
+        const camera = scene.scene.activeCamera;
+        camera.cameraPreset = Settings.Meter3DCameraPreset;
+        camera.zoomLevel = Settings.Meter3DZoomLevel;
+        if (hasMeasurement && isMeasureReady)
+            showFieldVector();
+    }
+
+    function close() {
+        isOpen = false;
+        viewModel = null;
+        hasFieldVector = false;
+    }
 
     // Turns what lies along the mesh of the arrow, its Y axis, to the Z axis, from which the view model's rotation
     // starts: the product of the two.
@@ -31,8 +49,10 @@ Scatter3D {
         if (!isFinite(rotation.scalar + rotation.x + rotation.y + rotation.z))
             return;
         fieldVector.rotation = rotation;
-        if (!hasFieldVector)
+        // Added once and for all: an item that was let go of has lost its texture.
+        if (!isFieldVectorAdded)
             addCustomItem(fieldVector);
+        isFieldVectorAdded = true;
         hasFieldVector = true;
     }
 
@@ -42,7 +62,7 @@ Scatter3D {
         scaling: Qt.vector3d(0.7, 0.7, 0.7)
         shadowCasting: false
         // A measurement that was let go of leaves no direction behind.
-        visible: scene.hasMeasurement
+        visible: scene.hasMeasurement && scene.hasFieldVector
     }
 
     property Custom3DItem xAxisArrow: Custom3DItem {
@@ -73,10 +93,11 @@ Scatter3D {
         meshFile: scene.meshes + "RotationArrowMesh.obj"
         textureFile: scene.meshes + "GrayTexture.png"
         scaling: Qt.vector3d(0.5, 0.5, 0.5)
-        rotation: Qt.quaternion(scene.viewModel.RotQuatScalar, scene.viewModel.RotQuatX, scene.viewModel.RotQuatY,
-                                scene.viewModel.RotQuatZ)
+        rotation: scene.viewModel ? Qt.quaternion(scene.viewModel.RotQuatScalar, scene.viewModel.RotQuatX,
+                                                  scene.viewModel.RotQuatY, scene.viewModel.RotQuatZ)
+                                  : Qt.quaternion(1, 0, 0, 0)
         shadowCasting: false
-        visible: scene.viewModel.RotEnable && scene.viewModel.RotVisible
+        visible: scene.viewModel !== null && scene.viewModel.RotEnable && scene.viewModel.RotVisible
     }
 
     property Custom3DLabel xLabel: Custom3DLabel {
@@ -151,17 +172,12 @@ Scatter3D {
     }
 
     onIsMeasureReadyChanged: {
-        if (isMeasureReady && isCompleted)
+        if (isMeasureReady && isOpen)
             showFieldVector();
     }
 
     Component.onCompleted: {
-        isCompleted = true;
-        scene.scene.activeCamera.cameraPreset = Settings.Meter3DCameraPreset;
-        scene.scene.activeCamera.zoomLevel = Settings.Meter3DZoomLevel;
         for (const item of [xAxisArrow, yAxisArrow, zAxisArrow, rotationArrow, xLabel, yLabel, zLabel])
             addCustomItem(item);
-        if (hasMeasurement && isMeasureReady)
-            showFieldVector();
     }
 }

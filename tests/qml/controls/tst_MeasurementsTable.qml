@@ -92,6 +92,12 @@ Item {
             compare(bare.comment, "");
         }
 
+        // A row that is made asynchronously can outlive the model.
+        function test_noRowsInStore() {
+            make(100);
+            compare(table.flickableItem.cacheBuffer, 0);
+        }
+
         function test_columns() {
             make(1, {bxLabel: "Bx'", byLabel: "By'", bzLabel: "Bz'"});
             compare(columns().map(column => column.role),
