@@ -176,10 +176,9 @@ void CFrequencyTableData::Report(double lowerLimit, double value, double limit) 
     const CAlarmParametersAcAnalysis& alarm =
         *m_operation->OperationParameters()->AlarmParametersAcAnalysis();
     const QString axis = AxisToDisplayText(alarm.Axis());
-    giveAlarm(
-        *m_notifier, alarm.State(), tr("%1 is out-of-limit").arg(axis),
-        tr("Minimum = %1\n%2 = %3\nMaximum = %4")
-            .arg(alarmNumberText(lowerLimit), axis, alarmNumberText(value), alarmNumberText(limit)));
+    giveAlarm(*m_notifier, alarm.State(), tr("%1 is out-of-limit").arg(axis),
+              tr("Minimum = %1\n%2 = %3\nMaximum = %4")
+                  .arg(alarmNumberText(lowerLimit), axis, alarmNumberText(value), alarmNumberText(limit)));
 }
 
 /// The limits can be read anew while a row of the old ones is still on screen.

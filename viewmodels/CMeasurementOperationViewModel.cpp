@@ -85,9 +85,8 @@ void CMeasurementOperationViewModel::takeDisplayUnitsOfLiveParameters()
 
 void CMeasurementOperationViewModel::disconnectFromOperation()
 {
-    for (QObject* sender :
-         std::initializer_list<QObject*>{operation(), operation()->LimitsFile(), liveParameters(), dataSet(),
-                                         recordingManager()})
+    for (QObject* sender : std::initializer_list<QObject*>{operation(), operation()->LimitsFile(),
+                                                           liveParameters(), dataSet(), recordingManager()})
         disconnect(sender, nullptr, this, nullptr);
 }
 

@@ -81,8 +81,8 @@ protected:
     CMeasurementParameters* liveParameters() const;
 
     void pointDataSetAtLiveParameters();
-    /// A first look at a field, in effect with an instrument only: continuous measurement with this averaging,
-    /// the page's own rates, and the first entry of each list of the measurement box.
+    /// A first look at a field, in effect with an instrument only: continuous measurement with this
+    /// averaging, the page's own rates, and the first entry of each list of the measurement box.
     void applyDefaults(CMeasurementParametersViewModel& box, quint16 averaging,
                        const std::function<void(CMeasurementParameters&)>& setRates);
     /// Whether the page shows blocks of the past, by their index, and not the newest.
@@ -95,8 +95,8 @@ protected:
     /// an index, or all with that one in view, or all as they came live. A replay waits meanwhile.
     void fillPlot(const std::function<void(int index, bool wholeDataset)>& loadUpTo,
                   const std::function<void()>& loadAll);
-    /// Undoes all connections with operation, limits, parameters, dataset and recording manager. The replay box
-    /// stays connected, since it keeps the operation's replay parameters in step until the end.
+    /// Undoes all connections with operation, limits, parameters, dataset and recording manager. The replay
+    /// box stays connected, since it keeps the operation's replay parameters in step until the end.
     void disconnectFromOperation();
 
 private:
