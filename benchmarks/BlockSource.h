@@ -14,10 +14,10 @@ public:
     static constexpr int kBlockSize = 100;
     static constexpr int kRateHz = 10000;
 
-    QSharedPointer<CMeasureBlock> next()
+    QSharedPointer<CMeasureBlock> next(int blockSize = kBlockSize)
     {
         auto block = QSharedPointer<CMeasureBlock>::create();
-        for (int i = 0; i < kBlockSize; ++i, ++m_sample) {
+        for (int i = 0; i < blockSize; ++i, ++m_sample) {
             auto result = QSharedPointer<CFieldIntensityResult>::create();
             const qint64 ns = m_sample * (1000000000 / kRateHz);
             result->Timestamp = QDateTime::fromMSecsSinceEpoch(kEpochMs + ns / 1000000);

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The meter page with its time plot on screen, whole program, real window: how often the plot is refreshed
 // and painted at 10,000 samples a second, how late the main thread is, what it costs with and without
-// painting, and how long a change of page takes at a full history. Needs a display.
+// painting, and how long a change of page takes at a full history. The spectrum and AC analysis pages
+// likewise, with blocks of 1,000 samples and limits. Needs a display.
 //   bench_meter_page [SECONDS]
 
 #include "ApplicationDirPath.h"
 #include "BenchInstrument.h"
 #include "BlockSource.h"
 #include "CApplication.h"
-#include "CChart2DFieldsData.h"
 #include "COperationMeasure.h"
 #include "CPlotTable.h"
 #include "CRecordingManagerMeasure.h"
@@ -38,6 +38,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+constexpr int kAnalysedBlockSize = 1000;
 constexpr int kFullHistory = 120000;
 constexpr int kSettlingMs = 1000;
 constexpr int kBlocksPerSecond = BlockSource::kRateHz / BlockSource::kBlockSize;
@@ -97,9 +98,10 @@ public:
     }
 
     /// Delivers blocks at their pace from a thread of their own, and prints what came of it.
-    void measure(const char* what, int seconds)
+    void measure(const char* what, int seconds, int blockSize = BlockSource::kBlockSize)
     {
-        std::vector<Clock::time_point> emitted(static_cast<std::size_t>(seconds * kBlocksPerSecond));
+        const int blocksPerSecond = BlockSource::kRateHz / blockSize;
+        std::vector<Clock::time_point> emitted(static_cast<std::size_t>(seconds * blocksPerSecond));
         std::vector<double> lags;
         lags.reserve(emitted.size());
         QObject page;
@@ -121,8 +123,8 @@ public:
             BlockSource source;
             auto due = Clock::now();
             for (auto& time : emitted) {
-                auto block = source.next();
-                due += std::chrono::microseconds(1000000 / kBlocksPerSecond);
+                auto block = source.next(blockSize);
+                due += std::chrono::microseconds(1000000 / blocksPerSecond);
                 std::this_thread::sleep_until(due);
                 time = Clock::now();
                 emit m_provider.instrument->OnNewMeasureBlock(std::exchange(block, {}));
@@ -143,7 +145,7 @@ public:
 
     void openPlot()
     {
-        auto* tabs = m_window->findChild<QObject*>(QStringLiteral("meterTabBar"));
+        auto* tabs = m_window->findChild<QObject*>(QStringLiteral("tabBar"));
         tabs->setProperty("currentIndex", 1);
         waitFor(kSettlingMs);
     }
@@ -227,10 +229,23 @@ public:
             rows, kRefreshes, quantile(mappers, 0.5), quantile(points, 0.5), quantile(bare, 0.5));
     }
 
+    /// Blocks of 1,000 samples in the parameters, ten a second, and the limits of a file.
+    void prepareAnalysis(const QString& limitsFile)
+    {
+        COperationParameters& parameters = *m_operation->OperationParameters();
+        parameters.MeasurementParameters()->SetAcquisitionRate(BlockSource::kRateHz);
+        parameters.MeasurementParameters()->SetBlockSize(kAnalysedBlockSize);
+        parameters.LimitsParameters()->SetLimitsFilePath(limitsFile);
+        if (!m_operation->LimitsFileLoaded())
+            qFatal("no limits");
+    }
+
+    void openSpectrum() { m_kestrix->MainViewModel()->displaySpectrumPage(); }
+    void openAcAnalysis() { m_kestrix->MainViewModel()->displayAcAnalysisPage(); }
     void openAnew() { m_kestrix->MainViewModel()->displayMeterPage(); }
     void openTab(int index)
     {
-        m_window->findChild<QObject*>(QStringLiteral("meterTabBar"))->setProperty("currentIndex", index);
+        m_window->findChild<QObject*>(QStringLiteral("tabBar"))->setProperty("currentIndex", index);
     }
 
     void end()
@@ -241,14 +256,19 @@ public:
     }
 
 private:
-    CChart2DFieldsData* chart() const
+    QAbstractItemModel* chart() const
     {
-        return qobject_cast<CChart2DFieldsData*>(m_kestrix->MainViewModel()
-                                                     ->pActivePageViewModel()
-                                                     ->property("MeterOperationDatasetViewModel")
-                                                     .value<QObject*>()
-                                                     ->property("Chart2DData")
-                                                     .value<QObject*>());
+        const QObject* page = m_kestrix->MainViewModel()->pActivePageViewModel();
+        const auto model = [page](const char* models, const char* name) {
+            const auto* owner = page->property(models).value<QObject*>();
+            return owner ? qobject_cast<QAbstractItemModel*>(owner->property(name).value<QObject*>())
+                         : nullptr;
+        };
+        if (auto* meter = model("MeterOperationDatasetViewModel", "Chart2DData"))
+            return meter;
+        if (auto* spectrum = model("SpectrumOperationDatasetViewModel", "FFTChart2DData"))
+            return spectrum;
+        return model("AcAnalysisOperationDatasetViewModel", "Chart2DData");
     }
 
     static QQuickItem* find(QQuickItem* parent, const QString& objectName)
@@ -312,6 +332,23 @@ int main(int argc, char* argv[])
     page.measurePageChange(
         "from the Component tab to 2D Plot", [&] { page.openTab(0); }, [&] { page.openTab(1); });
     page.measureRefresh();
+
+    page.end();
+    page.prepareAnalysis(QStringLiteral(KESTRIX_LIMITS_FILE));
+    std::printf("\n| %-44s | refreshes | frames/s | 50 %%   | 99 %%   | max    | CPU     |\n",
+                "blocks of 1,000 samples, limits loaded");
+    std::printf("|---|---|---|---|---|---|---|\n");
+    page.openSpectrum();
+    waitFor(kSettlingMs);
+    page.resume();
+    page.measure("Spectrum page, FFT Plot tab", seconds, kAnalysedBlockSize);
+    page.openTab(1);
+    page.measure("Spectrum page, Peaks Table tab", seconds, kAnalysedBlockSize);
+    page.openAcAnalysis();
+    waitFor(kSettlingMs);
+    page.measure("AC Analysis page, 2D Plot tab", seconds, kAnalysedBlockSize);
+    page.openTab(1);
+    page.measure("AC Analysis page, Freq. Table tab", seconds, kAnalysedBlockSize);
     page.end();
     QTimer::singleShot(0, &application, &QCoreApplication::quit);
     QApplication::exec();

@@ -79,6 +79,12 @@ void CFrequencyPeakListData::UpdatePeaks(const std::vector<float>& spectrum, dou
     endInsertRows();
 }
 
+void CFrequencyPeakListData::ReloadLimits()
+{
+    if (rowCount() > 0)
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1), {ExposureLimitRole});
+}
+
 void CFrequencyPeakListData::Clear()
 {
     const bool hadRows = rowCount() > 0;

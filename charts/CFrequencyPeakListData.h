@@ -35,6 +35,8 @@ public:
     /// with no rows left.
     void UpdatePeaks(const std::vector<float>& spectrum, double frequencyResolution, double thresholdDb,
                      double minimumFrequency);
+    /// Lets the rows show the limits of now, which do not come from the spectrum.
+    void ReloadLimits();
     /// Removes all rows.
     void Clear();
 

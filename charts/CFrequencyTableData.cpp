@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CFrequencyTableData.h"
 
+#include "AlarmMessage.h"
 #include "COperationMeasure.h"
-#include "CUserNotifier.h"
-#include "CUtils.h"
 #include "EnumTexts.h"
 #include "Property.h"
 #include "SpectralAnalysis.h"
@@ -18,12 +17,6 @@ QString frequencyText(double frequency)
 {
     constexpr int kDigits = 6;
     return QString::number(frequency, 'g', kDigits);
-}
-
-QString numberText(double value)
-{
-    constexpr int kSignificantDigits = 5;
-    return CUtils().doubleToString(value, kSignificantDigits, false);
 }
 
 } // namespace
@@ -182,14 +175,10 @@ void CFrequencyTableData::Report(double lowerLimit, double value, double limit) 
 {
     const CAlarmParametersAcAnalysis& alarm =
         *m_operation->OperationParameters()->AlarmParametersAcAnalysis();
-    if (alarm.State() != CAlarm::Notification && alarm.State() != CAlarm::Audio)
-        return;
     const QString axis = AxisToDisplayText(alarm.Axis());
-    m_notifier->ShowTrayMessage(tr("%1 is out-of-limit").arg(axis),
-                                tr("Minimum = %1\n%2 = %3\nMaximum = %4")
-                                    .arg(numberText(lowerLimit), axis, numberText(value), numberText(limit)));
-    if (alarm.State() == CAlarm::Audio)
-        m_notifier->Beep();
+    giveAlarm(*m_notifier, alarm.State(), tr("%1 is out-of-limit").arg(axis),
+              tr("Minimum = %1\n%2 = %3\nMaximum = %4")
+                  .arg(alarmNumberText(lowerLimit), axis, alarmNumberText(value), alarmNumberText(limit)));
 }
 
 /// The limits can be read anew while a row of the old ones is still on screen.

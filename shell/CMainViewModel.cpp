@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CMainViewModel.h"
 
+#include "CAcAnalysisOperationViewModel.h"
 #include "CConnectionPageViewModel.h"
 #include "CInstrumentSupervisor.h"
 #include "CMapperPlugin.h"
@@ -8,6 +9,7 @@
 #include "COperationParameters.h"
 #include "COperationsManager.h"
 #include "CSettings.h"
+#include "CSpectrumOperationViewModel.h"
 #include "CTriggerPlugin.h"
 #include "CUtils.h"
 #include "Property.h"
@@ -56,10 +58,24 @@ void CMainViewModel::Terminate()
 
 void CMainViewModel::displayMeterPage()
 {
+    MoveToMeasurePage<CMeterOperationViewModel>(QStringLiteral("Pages/MeterPage.qml"));
+}
+
+void CMainViewModel::displaySpectrumPage()
+{
+    MoveToMeasurePage<CSpectrumOperationViewModel>(QStringLiteral("Pages/SpectrumPage.qml"));
+}
+
+void CMainViewModel::displayAcAnalysisPage()
+{
+    MoveToMeasurePage<CAcAnalysisOperationViewModel>(QStringLiteral("Pages/AcAnalysisPage.qml"));
+}
+
+template <class ViewModel> void CMainViewModel::MoveToMeasurePage(const QString& loaderSource)
+{
     COperationMeasure* operation = m_operationsManager->OperationMeasure();
-    MoveToOperationPage({QStringLiteral("Pages/MeterPage.qml"), operation, [this, operation] {
-                             return new CMeterOperationViewModel(operation, m_settings, m_notifier);
-                         }});
+    MoveToOperationPage({loaderSource, operation,
+                         [this, operation] { return new ViewModel(operation, m_settings, m_notifier); }});
 }
 
 void CMainViewModel::MoveToOperationPage(const OperationPage& page)

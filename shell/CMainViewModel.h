@@ -86,6 +86,8 @@ public:
 
 public slots:
     void displayMeterPage();
+    void displaySpectrumPage();
+    void displayAcAnalysisPage();
     void displayInstrumentSelectionPage();
     /// Opens the help of the page on screen in the browser.
     void displayHelp();
@@ -118,6 +120,7 @@ private:
         std::function<CPageViewModel*()> createViewModel;
     };
 
+    template <class ViewModel> void MoveToMeasurePage(const QString& loaderSource);
     void MoveToOperationPage(const OperationPage& page);
     bool LeavingUnsavedParametersAllowed() const;
     bool HasPage(const char* name) const;

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CBlockAlarm.h"
 
-#include "CUserNotifier.h"
-#include "CUtils.h"
+#include "AlarmMessage.h"
 #include "EnumTexts.h"
 
 #include <QDebug>
@@ -13,7 +12,6 @@
 namespace {
 
 constexpr int kLimitIntervalMs = 2000;
-constexpr int kSignificantDigits = 5;
 
 /// Without the cut at large percentages that the display has.
 tFlux uncertaintyOf(const CFieldIntensityResult& sample, const CBlockAlarm::DisplayUnits& units)
@@ -56,11 +54,6 @@ bool isInside(tFlux value, const CBlockAlarm::Limits& limits)
 {
     const auto number = static_cast<double>(value);
     return number >= limits.minimum && number <= limits.maximum;
-}
-
-QString numberText(double value)
-{
-    return CUtils().doubleToString(value, kSignificantDigits, false);
 }
 
 } // namespace
@@ -115,16 +108,13 @@ void CBlockAlarm::Check(const CMeasureBlock& block, const Limits& limits, const 
 void CBlockAlarm::report(const Limits& limits, tFlux value) const
 {
     const QString axis = AxisToDisplayText(limits.axis);
-    const QString minimumText = numberText(limits.minimum);
-    const QString valueText = numberText(static_cast<double>(value));
-    const QString maximumText = numberText(limits.maximum);
+    const QString minimumText = alarmNumberText(limits.minimum);
+    const QString valueText = alarmNumberText(static_cast<double>(value));
+    const QString maximumText = alarmNumberText(limits.maximum);
     const QString title = tr("%1 is out-of-limit [%2]").arg(axis, UnitToText(limits.unit));
 
     qWarning().noquote() << title + tr(" : Minimum = %1, %2 = %3, Maximum = %4")
                                         .arg(minimumText, axis, valueText, maximumText);
-    if (limits.state == CAlarm::Notification || limits.state == CAlarm::Audio)
-        m_notifier->ShowTrayMessage(
-            title, tr("Minimum = %1\n%2 = %3\nMaximum = %4").arg(minimumText, axis, valueText, maximumText));
-    if (limits.state == CAlarm::Audio)
-        m_notifier->Beep();
+    giveAlarm(*m_notifier, limits.state, title,
+              tr("Minimum = %1\n%2 = %3\nMaximum = %4").arg(minimumText, axis, valueText, maximumText));
 }

@@ -3,6 +3,7 @@
 
 #include "CInstrument.h"
 #include "CMeasurementParameters.h"
+#include "CMeasurementParametersViewModel.h"
 #include "COperationMeasure.h"
 #include "COperationParameters.h"
 #include "CRecordingManagerMeasure.h"
@@ -16,6 +17,8 @@
 #include <QLocale>
 #include <QRegExp>
 #include <QSharedPointer>
+
+#include <algorithm>
 
 namespace {
 
@@ -82,8 +85,8 @@ void CMeasurementOperationViewModel::takeDisplayUnitsOfLiveParameters()
 
 void CMeasurementOperationViewModel::disconnectFromOperation()
 {
-    for (QObject* sender :
-         std::initializer_list<QObject*>{operation(), liveParameters(), dataSet(), recordingManager()})
+    for (QObject* sender : std::initializer_list<QObject*>{operation(), operation()->LimitsFile(),
+                                                           liveParameters(), dataSet(), recordingManager()})
         disconnect(sender, nullptr, this, nullptr);
 }
 
@@ -237,6 +240,71 @@ void CMeasurementOperationViewModel::followFailedLoad()
     qWarning().noquote() << "Error while loading file:"
                          << recordingManager()->XMLResultsSerializer()->ErrorMessage();
     CUtils::ShowError(tr("Could not load file"), tr("The file is not a valid Norvane XML measurement file"));
+}
+
+void CMeasurementOperationViewModel::applyDefaults(
+    CMeasurementParametersViewModel& box, quint16 averaging,
+    const std::function<void(CMeasurementParameters&)>& setRates)
+{
+    if (!m_operation->ActiveInstrument())
+        return;
+    // The order counts: each assignment adapts the other rates.
+    CMeasurementParameters& parameters = *liveParameters();
+    parameters.SetApplyConfiguration(false);
+    parameters.SetTriggerMode(CTrigger::CONTINUOUS);
+    parameters.SetAveraging(averaging);
+    setRates(parameters);
+    parameters.SetApplyConfiguration(true);
+
+    box.SetSelectedUnitIndex(0);
+    box.SetSelectedUncertaintyUnitIndex(0);
+    box.SetSelectedRangeIndex(0);
+    box.SetSelectedTriggerIndex(0);
+}
+
+bool CMeasurementOperationViewModel::showsStoredBlocks() const
+{
+    const CRecordingManager& manager = *recordingManager();
+    return manager.IsPlayingBack() || manager.IsDataLoaded() ||
+           (manager.IsIdleWithData() && !manager.IsRecording());
+}
+
+CMeasurementOperationViewModel::BlockPointer CMeasurementOperationViewModel::blockOnScreen() const
+{
+    const auto& blocks = *dataSet()->MeasureBlocks();
+    if (blocks.empty())
+        return {};
+    const int index = recordingManager()->ReplayIndex();
+    if (!showsStoredBlocks() || index < 0)
+        return blocks.back();
+    return blocks[std::min(static_cast<std::size_t>(index), blocks.size() - 1)];
+}
+
+void CMeasurementOperationViewModel::presentDataset(const std::function<void(const BlockPointer&)>& present)
+{
+    openReplayRange();
+    const auto& blocks = *dataSet()->MeasureBlocks();
+    if (!blocks.empty())
+        present(BlockPointer(blocks.back()));
+    SetCommentOverAll(dataSet()->Comment());
+}
+
+void CMeasurementOperationViewModel::fillPlot(
+    const std::function<void(int index, bool wholeDataset)>& loadUpTo, const std::function<void()>& loadAll)
+{
+    CRecordingManager& manager = *recordingManager();
+    if (manager.IsPlayingBack()) {
+        const bool isInFlow = !manager.ReplayStepByStep() && !manager.IsHolding();
+        if (isInFlow)
+            manager.PauseReplay();
+        loadUpTo(manager.ReplayIndex(), false);
+        if (isInFlow)
+            manager.StartReplay();
+    } else if (showsStoredBlocks()) {
+        loadUpTo(manager.ReplayIndex(), true);
+    } else {
+        loadAll();
+    }
 }
 
 void CMeasurementOperationViewModel::openReplayRange()

@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "CMeasureBlock.h"
 #include "COperationViewModel.h"
 #include "CReplayParametersViewModel.h"
 
+#include <QSharedPointer>
+
+#include <functional>
+
 class CDataSetMeasurement;
 class CMeasurementParameters;
+class CMeasurementParametersViewModel;
 class COperationMeasure;
 class CRecordingManagerMeasure;
 class CSettings;
@@ -66,6 +72,8 @@ signals:
     void CommentOverAllChanged(const QString& comment);
 
 protected:
+    using BlockPointer = QSharedPointer<CMeasureBlock>;
+
     COperationMeasure* operation() const { return m_operation; }
     CSettings* settings() const { return m_settings; }
     CRecordingManagerMeasure* recordingManager() const;
@@ -73,13 +81,26 @@ protected:
     CMeasurementParameters* liveParameters() const;
 
     void pointDataSetAtLiveParameters();
-    /// Opens the replay box for the whole dataset, its last block being the current one.
-    void openReplayRange();
-    /// Undoes all connections with operation, parameters, dataset and recording manager. The replay box stays
-    /// connected, since it keeps the operation's replay parameters in step until the end.
+    /// A first look at a field, in effect with an instrument only: continuous measurement with this
+    /// averaging, the page's own rates, and the first entry of each list of the measurement box.
+    void applyDefaults(CMeasurementParametersViewModel& box, quint16 averaging,
+                       const std::function<void(CMeasurementParameters&)>& setRates);
+    /// Whether the page shows blocks of the past, by their index, and not the newest.
+    bool showsStoredBlocks() const;
+    /// The newest block, or the one of the past that is looked at. Null for an empty dataset.
+    BlockPointer blockOnScreen() const;
+    /// Shows the last block of a loaded dataset in the way of the page, with the replay box open for all.
+    void presentDataset(const std::function<void(const BlockPointer&)>& present);
+    /// Brings a plot that holds the history up to date when the page opens. It either takes the blocks up to
+    /// an index, or all with that one in view, or all as they came live. A replay waits meanwhile.
+    void fillPlot(const std::function<void(int index, bool wholeDataset)>& loadUpTo,
+                  const std::function<void()>& loadAll);
+    /// Undoes all connections with operation, limits, parameters, dataset and recording manager. The replay
+    /// box stays connected, since it keeps the operation's replay parameters in step until the end.
     void disconnectFromOperation();
 
 private:
+    void openReplayRange();
     void takeDisplayUnitsOfLiveParameters();
     void beginSession();
     void endRecord();

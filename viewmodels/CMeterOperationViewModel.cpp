@@ -99,21 +99,10 @@ QString CMeterOperationViewModel::GetHelpName() const
 
 void CMeterOperationViewModel::setDefaultParameters()
 {
-    if (!operation()->ActiveInstrument())
-        return;
-    // The order counts: each assignment adapts the other rates.
-    CMeasurementParameters& parameters = *liveParameters();
-    parameters.SetApplyConfiguration(false);
-    parameters.SetTriggerMode(CTrigger::CONTINUOUS);
-    parameters.SetAveraging(10);
-    parameters.SetDisplayRate(10.0);
-    parameters.SetAcquisitionRate(20.0);
-    parameters.SetApplyConfiguration(true);
-
-    m_measurementParametersViewModel.SetSelectedUnitIndex(0);
-    m_measurementParametersViewModel.SetSelectedUncertaintyUnitIndex(0);
-    m_measurementParametersViewModel.SetSelectedRangeIndex(0);
-    m_measurementParametersViewModel.SetSelectedTriggerIndex(0);
+    applyDefaults(m_measurementParametersViewModel, 10, [](CMeasurementParameters& parameters) {
+        parameters.SetDisplayRate(10.0);
+        parameters.SetAcquisitionRate(20.0);
+    });
 }
 
 void CMeterOperationViewModel::resetAllMaximum()
@@ -189,17 +178,9 @@ void CMeterOperationViewModel::resetDisplay()
 
 void CMeterOperationViewModel::presentExistingData()
 {
-    const auto& blocks = *dataSet()->MeasureBlocks();
-    if (blocks.empty())
+    const BlockPointer block = blockOnScreen();
+    if (!block)
         return;
-    std::size_t index = blocks.size() - 1;
-    const CRecordingManager& manager = *recordingManager();
-    const bool isMovedByReplay = manager.IsPlayingBack() || manager.IsDataLoaded() ||
-                                 (manager.IsIdleWithData() && !manager.IsRecording());
-    if (isMovedByReplay && manager.ReplayIndex() >= 0)
-        index = std::min(static_cast<std::size_t>(manager.ReplayIndex()), index);
-
-    const BlockPointer block = blocks.at(index);
     updateLastBlockValues(*block);
     setCommentBlock(block->Comment());
     updateCompass(*block);
@@ -211,19 +192,8 @@ void CMeterOperationViewModel::fillChart()
 {
     CChart2DMeterData& chart = *m_datasetViewModel.Chart2DData();
     const auto& blocks = *dataSet()->MeasureBlocks();
-    CRecordingManager& manager = *recordingManager();
-    if (manager.IsPlayingBack()) {
-        const bool isInFlow = !manager.ReplayStepByStep() && !manager.IsHolding();
-        if (isInFlow)
-            manager.PauseReplay();
-        chart.LoadDatasetUpTo(blocks, manager.ReplayIndex(), false);
-        if (isInFlow)
-            manager.StartReplay();
-    } else if (manager.IsDataLoaded() || (manager.IsIdleWithData() && !manager.IsRecording())) {
-        chart.LoadDatasetUpTo(blocks, manager.ReplayIndex(), true);
-    } else {
-        chart.LoadDataset(blocks);
-    }
+    fillPlot([&](int index, bool wholeDataset) { chart.LoadDatasetUpTo(blocks, index, wholeDataset); },
+             [&] { chart.LoadDataset(blocks); });
 }
 
 bool CMeterOperationViewModel::isChartBehind()
@@ -558,10 +528,9 @@ void CMeterOperationViewModel::OnSelectedModeIndexChanged()
 
 void CMeterOperationViewModel::OnDatasetLoaded()
 {
-    openReplayRange();
-    m_fullRedraw = true;
-    if (const BlockPointer block = lastBlockOfDataSet())
+    presentDataset([this](const BlockPointer& block) {
+        m_fullRedraw = true;
         OnNewMeasure(block);
-    m_fullRedraw = false;
-    SetCommentOverAll(dataSet()->Comment());
+        m_fullRedraw = false;
+    });
 }

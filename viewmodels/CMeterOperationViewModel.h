@@ -180,8 +180,6 @@ signals:
     void RotQuatScalarChanged(double value);
 
 private:
-    using BlockPointer = QSharedPointer<CMeasureBlock>;
-
     /// Whether a block takes the place of the rows in the table or goes behind them.
     enum class TableRows { Replace, Append };
 

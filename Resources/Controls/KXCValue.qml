@@ -8,7 +8,7 @@ KXCLabel {
     property int unit: 0
     property bool convertValue: true
     property real ppmReference: 0
-    property double value: typeof styleData === "undefined" || styleData.value === null || styleData.value === undefined ? NaN : styleData.value
+    property double value: typeof styleData === "undefined" || styleData.value === null || styleData.value === undefined ? NaN : Number(styleData.value)
     property bool displayValue: true
     property int precision: 2
     property int significantNb: -1

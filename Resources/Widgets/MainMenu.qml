@@ -23,6 +23,36 @@ ColumnLayout {
         }
     }
 
+    MenuButton {
+        objectName: "spectrumMenuButton"
+        Layout.fillWidth: true
+        Layout.preferredHeight: Style.MainMenuButtonHeight
+        text: qsTr("Spectrum")
+        imageSource: "qrc:///Resources/Images/Menu/Spectrum.svg"
+        isCurrent: ActivePageViewModel !== null && ActivePageViewModel.Name === "SpectrumOperation"
+        enabled: !MainViewModel.LoaderSourceChanging
+        visible: Settings.EnableSpectrumMode
+        onClicked: {
+            if (!isCurrent)
+                MainViewModel.displaySpectrumPage();
+        }
+    }
+
+    MenuButton {
+        objectName: "acAnalysisMenuButton"
+        Layout.fillWidth: true
+        Layout.preferredHeight: Style.MainMenuButtonHeight
+        text: qsTr("AC Analysis")
+        imageSource: "qrc:///Resources/Images/Menu/AcAnalysis.svg"
+        isCurrent: ActivePageViewModel !== null && ActivePageViewModel.Name === "AcAnalysisOperation"
+        enabled: !MainViewModel.LoaderSourceChanging
+        visible: Settings.EnableAcAnalysisMode
+        onClicked: {
+            if (!isCurrent)
+                MainViewModel.displayAcAnalysisPage();
+        }
+    }
+
     Rectangle {
         Layout.fillWidth: true
         Layout.fillHeight: true

@@ -33,6 +33,34 @@ ColumnLayout {
         }
     }
 
+    SmallMenuButton {
+        objectName: "smallSpectrumMenuButton"
+        Layout.preferredHeight: Style.SmallMainMenuButtonHeight
+        text: qsTr("Spectrum")
+        imageSource: "qrc:///Resources/Images/Menu/Spectrum.svg"
+        isExpanded: MainViewModel.PageMenuExpanded
+        isCurrent: ActivePageViewModel !== null && ActivePageViewModel.Name === "SpectrumOperation"
+        visible: Settings.EnableSpectrumMode
+        onClicked: {
+            if (!isCurrent)
+                MainViewModel.displaySpectrumPage();
+        }
+    }
+
+    SmallMenuButton {
+        objectName: "smallAcAnalysisMenuButton"
+        Layout.preferredHeight: Style.SmallMainMenuButtonHeight
+        text: qsTr("AC Analysis")
+        imageSource: "qrc:///Resources/Images/Menu/AcAnalysis.svg"
+        isExpanded: MainViewModel.PageMenuExpanded
+        isCurrent: ActivePageViewModel !== null && ActivePageViewModel.Name === "AcAnalysisOperation"
+        visible: Settings.EnableAcAnalysisMode
+        onClicked: {
+            if (!isCurrent)
+                MainViewModel.displayAcAnalysisPage();
+        }
+    }
+
     Item {
         Layout.fillHeight: true
     }

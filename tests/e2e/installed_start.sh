@@ -32,6 +32,7 @@ grep -q "KestrixFileReplayInstrument.so loaded" "$log"
 for licence in LICENSE LICENSE.fonts LICENSE.plugin-api; do
     [ -s "$prefix/share/doc/kestrix/$licence" ]
 done
-for page in connection meter_component meter_plot meter_table; do
+for page in connection meter_component meter_plot meter_table spectrum_plot spectrum_table ac_analysis_plot \
+    ac_analysis_table; do
     [ -f "$directory/help/$page.html" ]
 done

@@ -127,7 +127,7 @@ private:
 
     void openTab(int index)
     {
-        if (QQuickItem* tabs = driver().Find(QStringLiteral("meterTabBar")))
+        if (QQuickItem* tabs = driver().Find(QStringLiteral("tabBar")))
             tabs->setProperty("currentIndex", index);
     }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "CAcAnalysisOperationViewModel.h"
 #include "CConnectionPageViewModel.h"
 #include "CMeterOperationViewModel.h"
+#include "CSpectrumOperationViewModel.h"
 #include "MainViewModelFixture.h"
 #include "MetaObjectTable.h"
 #include "SettingsDirectoryPath.h"
@@ -39,6 +41,7 @@ private slots:
     void settersEmitOnChange();
 
     void meterPage();
+    void pagesOfTheMeasureOperation();
     void meterPageChangesInOrder();
     void repeatedMeterPageMakesANewViewModel();
     void meterToMeterAsksNothing();
@@ -85,9 +88,9 @@ void tst_CMainViewModel::surface()
                                                   {"LogMessageProxy", "CLogFilterProxyModel*", Constant}}));
     VERIFY_NO_DIFFERENCE(
         compareMethods(meta, QMetaMethod::Slot,
-                       {"displayMeterPage()", "displayInstrumentSelectionPage()", "displayHelp()",
-                        "exitApplicationAllowed()", "OnHasActiveInstrumentChanged()",
-                        "OnInstrumentStatusChanged(QString)"}));
+                       {"displayMeterPage()", "displaySpectrumPage()", "displayAcAnalysisPage()",
+                        "displayInstrumentSelectionPage()", "displayHelp()", "exitApplicationAllowed()",
+                        "OnHasActiveInstrumentChanged()", "OnInstrumentStatusChanged(QString)"}));
 }
 
 void tst_CMainViewModel::initialValues()
@@ -148,6 +151,29 @@ void tst_CMainViewModel::meterPage()
     QCOMPARE(contextObject("ActiveOperation"), operation());
     QCOMPARE(m_operations->GetActiveOperation(), operation());
     QVERIFY(answers.texts.isEmpty());
+}
+
+void tst_CMainViewModel::pagesOfTheMeasureOperation()
+{
+    connectInstrument("1");
+    BoxAnswers answers;
+    m_main->displayMeterPage();
+    const QPointer<CPageViewModel> meter = m_main->pActivePageViewModel();
+    operation()->StartSession();
+    // A session goes on from page to page, without a question.
+    m_main->displaySpectrumPage();
+    QCOMPARE(m_main->LoaderSource(), QStringLiteral("Pages/SpectrumPage.qml"));
+    QVERIFY(qobject_cast<CSpectrumOperationViewModel*>(m_main->pActivePageViewModel()));
+    QCOMPARE(contextObject("ActivePageViewModel"), m_main->pActivePageViewModel());
+    m_main->displayAcAnalysisPage();
+    QCOMPARE(m_main->LoaderSource(), QStringLiteral("Pages/AcAnalysisPage.qml"));
+    QVERIFY(qobject_cast<CAcAnalysisOperationViewModel*>(m_main->pActivePageViewModel()));
+    QCOMPARE(m_main->pActivePageViewModel()->Name(), QStringLiteral("AcAnalysisOperation"));
+    QCOMPARE(contextObject("ActiveOperation"), operation());
+    QVERIFY(operation()->SessionInProgress());
+    QVERIFY(answers.texts.isEmpty());
+    deleteDeferred();
+    QVERIFY(!meter);
 }
 
 void tst_CMainViewModel::meterPageChangesInOrder()

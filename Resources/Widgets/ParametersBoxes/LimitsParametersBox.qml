@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick 2.15
+import QtQuick.Layouts 1.15
+import "../../Controls"
+
+// The file of exposure limits that the field is compared with.
+ParametersBox {
+    id: box
+
+    readonly property QtObject limits: ActiveOperation.OperationParameters.LimitsParameters
+    readonly property string limitsFileName: limits.LimitsFileName
+
+    function forgetChoice() {
+        selector.filePath = "";
+        selector.fileName = "";
+        selector.value = "";
+    }
+
+    objectName: "limitsBox"
+    title: qsTr("Limits")
+    onLimitsFileNameChanged: {
+        if (limitsFileName === "")
+            forgetChoice();
+    }
+
+    FileSelector {
+        id: selector
+
+        objectName: "limitsFileSelector"
+        Layout.fillWidth: true
+        label: qsTr("Limits")
+        placeHolderText: box.limitsFileName
+        onFilePathChanged: {
+            if (filePath === "")
+                return;
+            const path = filePath;
+            box.limits.LimitsFileName = fileName;
+            value = fileName;
+            box.limits.LimitsFilePath = path;
+            console.log("Newlimits file charged : " + path);
+        }
+    }
+
+    ParametersBoxButton {
+        objectName: "clearLimitsButton"
+        Layout.alignment: Qt.AlignRight
+        text: qsTr("Clear")
+        onClicked: {
+            console.log("Clear limits on 2D plot");
+            ActiveOperation.clearLimitsFile();
+            box.forgetChoice();
+        }
+    }
+}
