@@ -314,10 +314,14 @@ void CChart2DMappingData::AppendBlock(const QSharedPointer<CMeasureBlockMapping>
     CMappingBlocks::Entry entry;
     entry.block = block;
     entry.firstResult = m_resultsArrived;
-    entry.timeStamps.reserve(static_cast<std::size_t>(block->Results.size()));
-    for (const auto& result : qAsConst(block->Results))
-        entry.timeStamps.push_back(History().AppendTimeStampOf(*result));
-    m_resultsArrived += entry.timeStamps.size();
+    if (IsTimeAxis())
+        entry.timeStamps.reserve(static_cast<std::size_t>(block->Results.size()));
+    for (const auto& result : qAsConst(block->Results)) {
+        const double timeStamp = History().AppendTimeStampOf(*result);
+        if (IsTimeAxis())
+            entry.timeStamps.push_back(timeStamp);
+    }
+    m_resultsArrived += static_cast<quint64>(block->Results.size());
     entry.key = KeyOf(entry);
     CMappingBlocks::Entry& kept = m_blocks.Append(std::move(entry));
     if (TakeValues(kept))

@@ -21,7 +21,7 @@ public:
         QSharedPointer<CMeasureBlockMapping> block;
         double key = 0.0;
         quint64 firstResult = 0;                 ///< results that arrived before this block's
-        std::vector<double> timeStamps;          ///< of each result, in seconds since the epoch
+        std::vector<double> timeStamps;          ///< of each result on the time axis, in s since the epoch
         std::vector<FieldSeries::Values> values; ///< of each result, as they are plotted
     };
 
