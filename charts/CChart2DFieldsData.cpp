@@ -12,18 +12,9 @@
 namespace {
 
 constexpr int kRefreshIntervalMs = 20;
-constexpr double kLiveWindowS = 10.0;
-constexpr double kSecondRowX = 0.1;
 constexpr int kDefaultYTickCount = 11;
 
 } // namespace
-
-/// The range of the values drawn.
-struct CChart2DFieldsData::Fold
-{
-    double min = FLT_MAX;
-    double max = -FLT_MAX;
-};
 
 CChart2DFieldsData::CChart2DFieldsData(CMeasurementParameters* parameters, QObject* parent)
     : CChart2D(parent), m_table(m_nbPointsAxeX), m_timer(new QTimer(this)), m_parameters(parameters)
@@ -260,8 +251,12 @@ void CChart2DFieldsData::UpdateTimeLabels()
     if (lower >= upper || upper >= static_cast<int>(m_history.Filtered().size()))
         return;
     // A filtered result has no date of its own.
-    const QDateTime begin = m_history.Raw().at(static_cast<std::size_t>(lower))->Timestamp;
-    const QDateTime end = m_history.Raw().at(static_cast<std::size_t>(upper))->Timestamp;
+    ShowTimes(m_history.Raw().at(static_cast<std::size_t>(lower))->Timestamp,
+              m_history.Raw().at(static_cast<std::size_t>(upper))->Timestamp);
+}
+
+void CChart2DFieldsData::ShowTimes(const QDateTime& begin, const QDateTime& end)
+{
     const QString dateFormat = QStringLiteral("yyyy.MM.dd");
     const QString timeFormat =
         std::abs(begin.msecsTo(end)) < 1000 ? QStringLiteral("HH:mm:ss.zzz") : QStringLiteral("HH:mm:ss");
@@ -352,6 +347,13 @@ void CChart2DFieldsData::EndReset()
     emit DownsampledSignalLengthChanged(m_downsampledSignalLength);
 }
 
+/// A row past the agreed number takes memory of its own.
+void CChart2DFieldsData::PublishRow(int row, double x, const FieldSeries::Values& values)
+{
+    m_table.Reserve(row + 1);
+    m_table.SetRow(row, x, values);
+}
+
 /// A change of the length makes the view's mappers read the table anew, so within the brackets of a reset its
 /// signal waits until the reset is over.
 void CChart2DFieldsData::PublishLength(int length)
@@ -368,8 +370,8 @@ void CChart2DFieldsData::PublishLength(int length)
 void CChart2DFieldsData::PublishSingleResult(Fold& fold)
 {
     const FieldSeries::Iterator only = m_history.Values().begin();
-    m_table.SetRow(0, 0.0, *only);
-    m_table.SetRow(1, kSecondRowX, *only);
+    PublishRow(0, 0.0, *only);
+    PublishRow(1, kSecondRowX, *only);
     FoldSamples(fold, *only, *only, only, std::next(only));
     PublishLength(2);
     SetYminMaxReseted(true);
@@ -396,7 +398,7 @@ bool CChart2DFieldsData::PublishWindow(Fold& fold)
 
     const FieldSeries::Iterator samples = m_history.Values().begin();
     FieldSeries::Values drawn = samples[lower];
-    m_table.SetRow(0, m_history.X(static_cast<std::size_t>(lower)), drawn);
+    PublishRow(0, m_history.X(static_cast<std::size_t>(lower)), drawn);
     FoldSamples(fold, drawn, drawn, samples + lower, samples + lower + 1);
 
     const double step = std::max(1.0, static_cast<double>(span) / length);
@@ -410,7 +412,7 @@ bool CChart2DFieldsData::PublishWindow(Fold& fold)
         const FieldSeries::Bucket bucket = FieldSeries::visitBucket(first, last, drawn);
         FoldSamples(fold, bucket.low, bucket.high, first, last);
         drawn = bucket.furthest;
-        m_table.SetRow(row, m_history.X(static_cast<std::size_t>(lastUsable)), drawn);
+        PublishRow(row, m_history.X(static_cast<std::size_t>(lastUsable)), drawn);
         previousEnd = end;
     }
     PublishLength(length);
@@ -429,8 +431,7 @@ void CChart2DFieldsData::FoldSamples(Fold& fold, const FieldSeries::Values& low,
     for (std::size_t i = 0; i < FieldSeries::Count; ++i) {
         if (!m_seriesVisible[i])
             continue;
-        fold.min = low[i] < fold.min ? low[i] : fold.min;
-        fold.max = high[i] > fold.max ? high[i] : fold.max;
+        fold.Add(low[i], high[i]);
         widens = widens || low[i] < YminAllSignal() || high[i] > YmaxAllSignal() ||
                  YminAllSignal() == kYminUnset || YmaxAllSignal() == kYmaxUnset;
     }

@@ -7,11 +7,13 @@
 #include "CMeasurementParameters.h"
 #include "FieldSeries.h"
 
+#include <QDateTime>
 #include <QPointer>
 #include <QString>
 #include <QTimer>
 
 #include <array>
+#include <limits>
 
 /// A plot of the seven field series over time. It keeps the whole history and publishes a table of at most
 /// `NbPointsAxeX` rows for the visible window: column 0 is X in seconds since the oldest result, columns 1 to
@@ -82,7 +84,7 @@ public:
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
     /// Empties the model.
-    void ClearData();
+    virtual void ClearData();
 
     /// Sets the window to these ends as far as there are results.
     Q_INVOKABLE virtual void refreshLegendData(double axeXMin, double axeXMax);
@@ -136,6 +138,33 @@ protected:
     CFieldsHistory& History() { return m_history; }
     const CFieldsHistory& History() const { return m_history; }
 
+    /// The range of the values drawn; without one the smallest is above the largest.
+    struct Fold
+    {
+        double min = std::numeric_limits<float>::max();
+        double max = std::numeric_limits<float>::lowest();
+
+        void Add(float low, float high)
+        {
+            min = low < min ? low : min;
+            max = high > max ? high : max;
+        }
+    };
+
+    bool IsSeriesVisible(std::size_t series) const { return m_seriesVisible[series]; }
+    /// Fills one row of the published table.
+    void PublishRow(int row, double x, const FieldSeries::Values& values);
+    /// Makes so many rows of the table visible.
+    void PublishLength(int length);
+    /// Lets the Y axis follow what was drawn.
+    void UpdateAxisY(const Fold& fold);
+    /// Fills the texts under the X axis with the ends of the window.
+    void ShowTimes(const QDateTime& begin, const QDateTime& end);
+    /// X of the second row that a lonely point is given, in seconds.
+    static constexpr double kSecondRowX = 0.1;
+    /// Width of the live window in seconds.
+    static constexpr double kLiveWindowS = 10.0;
+
     /// While this is set, the next tick of the timer redraws.
     void SetDirty(bool dirty) { m_dirty = dirty; }
 
@@ -147,16 +176,12 @@ protected:
     double WindowEnd(std::size_t index) const;
 
 private:
-    struct Fold;
-
     void BeginReset();
     void EndReset();
-    void PublishLength(int length);
     void PublishSingleResult(Fold& fold);
     bool PublishWindow(Fold& fold);
     void FoldSamples(Fold& fold, const FieldSeries::Values& low, const FieldSeries::Values& high,
                      FieldSeries::Iterator first, const FieldSeries::Iterator& last);
-    void UpdateAxisY(const Fold& fold);
 
     qulonglong m_measureResultCount = 0;
     double m_measureResultMinX = 0.0;

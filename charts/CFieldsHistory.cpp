@@ -20,13 +20,19 @@ qint64 wholeSeconds(const QDateTime& timestamp)
 void CFieldsHistory::AppendRaw(const Result& result)
 {
     m_raw.push_back(result);
-    AppendTimeStamp(TimeStampOf(*result));
+    AppendTimeStampOf(*result);
 }
 
 void CFieldsHistory::AppendFiltered(const Result& result)
 {
     m_filtered.push_back(result);
     m_values.push_back(FieldSeries::valuesOf(*result));
+}
+
+double CFieldsHistory::AppendTimeStampOf(const CFieldIntensityResult& result)
+{
+    AppendTimeStamp(TimeStampOf(result));
+    return m_timeStamps.back();
 }
 
 void CFieldsHistory::DropOldest()

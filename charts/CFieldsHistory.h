@@ -28,16 +28,23 @@ public:
 
     void AppendRaw(const Result& result);
     void AppendFiltered(const Result& result);
+    /// Counts a result's time only, and returns it. A chart that keeps the results itself does without the
+    /// rest.
+    double AppendTimeStampOf(const CFieldIntensityResult& result);
     /// Drops the oldest entry of all. There must be one.
     void DropOldest();
     /// Drops the oldest filtered result. There must be one.
     void DropOldestFiltered();
+    /// Drops the oldest time stamp. There must be one.
+    void DropOldestTimeStamp();
     void ClearRaw();
     void ClearFiltered();
 
     /// X counts from the oldest result from now on. Without results nothing changes.
     void MoveOriginToOldest();
 
+    /// Time stamp from which X counts.
+    double Origin() const { return m_origin; }
     /// Seconds from the origin to result `index`. Throws std::out_of_range.
     double X(std::size_t index) const { return m_timeStamps.at(index) - m_origin; }
 
@@ -50,7 +57,6 @@ public:
 private:
     double TimeStampOf(const CFieldIntensityResult& result);
     void AppendTimeStamp(double timeStamp);
-    void DropOldestTimeStamp();
 
     std::deque<Result> m_raw;
     std::deque<Result> m_filtered;

@@ -14,3 +14,7 @@ struct NiceRange
 /// are not a number and the tick count is 1; a `tickCount` below 2 counts as 11, so that the axis recovers
 /// from that.
 NiceRange niceRange(double yMin, double yMax, int tickCount);
+
+/// What a position axis shows on either side of a range of this width: about half of it, rounded up and then
+/// to a round number. A range without a width counts as 1.
+double niceMargin(double span);

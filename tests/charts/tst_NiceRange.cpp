@@ -45,6 +45,8 @@ private slots:
     void flatSignalHasNoRange();
     void recoversFromOneTick();
     void unusableEndsGiveOneTick();
+    void margins_data();
+    void margins();
 };
 
 void tst_NiceRange::knownRanges_data()
@@ -149,6 +151,36 @@ void tst_NiceRange::unusableEndsGiveOneTick()
     // Ends that differ in the last bit only, far from zero
     const double level = 1e15;
     QVERIFY(niceRange(level, std::nextafter(level, 2e15), 11).tickCount >= 1);
+}
+
+void tst_NiceRange::margins_data()
+{
+    QTest::addColumn<double>("span");
+    QTest::addColumn<double>("margin");
+    // The span goes up to 1, 2, 5 or 10 of its decade; half of that goes to the nearest of them.
+    QTest::newRow("no span counts as 1") << 0.0 << 0.5;
+    QTest::newRow("negative counts as 1") << -7.0 << 0.5;
+    QTest::newRow("1 stays 1") << 1.0 << 0.5;
+    QTest::newRow("above 1 is 2") << 1.1 << 1.0;
+    QTest::newRow("2 stays 2") << 2.0 << 1.0;
+    QTest::newRow("above 2 is 5, half 2.5 is 2") << 2.1 << 2.0;
+    QTest::newRow("5 stays 5") << 5.0 << 2.0;
+    QTest::newRow("above 5 is 10") << 5.1 << 5.0;
+    QTest::newRow("10 stays 10") << 10.0 << 5.0;
+    QTest::newRow("15") << 15.0 << 10.0;
+    QTest::newRow("20") << 20.0 << 10.0;
+    QTest::newRow("300") << 300.0 << 200.0;
+    QTest::newRow("0.7") << 0.7 << 0.5;
+    QTest::newRow("0.03") << 0.03 << 0.02;
+}
+
+void tst_NiceRange::margins()
+{
+    QFETCH(double, span);
+    QFETCH(double, margin);
+    const double actual = niceMargin(span);
+    QVERIFY2(std::abs(actual - margin) <= 1e-15 * std::abs(margin),
+             qPrintable(QString::number(actual, 'g', 17)));
 }
 
 QTEST_GUILESS_MAIN(tst_NiceRange)

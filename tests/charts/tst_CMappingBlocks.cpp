@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "CMappingBlocks.h"
+
+#include <QMap>
+#include <QTest>
+
+#include <limits>
+#include <random>
+
+namespace {
+
+/// An entry of `results` results that have their number as temperature.
+CMappingBlocks::Entry makeEntry(double key, quint64 firstResult = 0, int results = 1)
+{
+    CMappingBlocks::Entry entry;
+    entry.block = QSharedPointer<CMeasureBlockMapping>::create();
+    entry.key = key;
+    entry.firstResult = firstResult;
+    for (int i = 0; i < results; ++i) {
+        auto result = QSharedPointer<CFieldIntensityResult>::create();
+        result->SetTemperature(static_cast<quint16>(firstResult + static_cast<quint64>(i)));
+        entry.block->Results.append(result);
+    }
+    return entry;
+}
+
+using BlockList = QVector<CMeasureBlockMapping*>;
+
+BlockList plottedOf(const CMappingBlocks& blocks)
+{
+    BlockList list;
+    for (std::size_t i = 0; i < blocks.PlottedCount(); ++i)
+        list.append(blocks.Plotted(i).block.data());
+    return list;
+}
+
+CMeasureBlockMapping* add(CMappingBlocks& blocks, double key)
+{
+    const CMappingBlocks::Entry& entry = blocks.Append(makeEntry(key));
+    blocks.Plot(entry);
+    return entry.block.data();
+}
+
+} // namespace
+
+class tst_CMappingBlocks : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ordersByKey();
+    void laterOfEqualKeysComesFirst();
+    void oldestOfEqualKeysDrops();
+    void dropsWhatIsNotPlotted();
+    void keyThatIsNotANumber();
+    void equalsAMapBuiltAnew();
+    void resultsByNumber();
+    void clear();
+};
+
+void tst_CMappingBlocks::ordersByKey()
+{
+    CMappingBlocks blocks;
+    QVERIFY(blocks.IsEmpty());
+    auto* third = add(blocks, 3.0);
+    auto* first = add(blocks, -1.0);
+    auto* second = add(blocks, 2.5);
+    QCOMPARE(plottedOf(blocks), (BlockList{first, second, third}));
+    QCOMPARE(blocks.FirstKey(), -1.0);
+    QCOMPARE(blocks.Key(1), 2.5);
+    QCOMPARE(blocks.LastKey(), 3.0);
+    QCOMPARE(blocks.Arrived().front().block.data(), third);
+}
+
+void tst_CMappingBlocks::laterOfEqualKeysComesFirst()
+{
+    CMappingBlocks blocks;
+    auto* first = add(blocks, 0.0);
+    auto* second = add(blocks, -0.0);
+    auto* third = add(blocks, 0.0);
+    QCOMPARE(plottedOf(blocks), (BlockList{third, second, first}));
+}
+
+void tst_CMappingBlocks::oldestOfEqualKeysDrops()
+{
+    CMappingBlocks blocks;
+    add(blocks, 1.0);
+    auto* second = add(blocks, 1.0);
+    auto* third = add(blocks, 0.0);
+    blocks.DropOldest();
+    QCOMPARE(plottedOf(blocks), (BlockList{third, second}));
+    blocks.DropOldest();
+    QCOMPARE(plottedOf(blocks), (BlockList{third}));
+    blocks.DropOldest();
+    QVERIFY(blocks.IsEmpty());
+    QVERIFY(blocks.Arrived().empty());
+}
+
+void tst_CMappingBlocks::dropsWhatIsNotPlotted()
+{
+    CMappingBlocks blocks;
+    blocks.Append(makeEntry(1.0));
+    auto* plotted = add(blocks, 1.0);
+    blocks.DropOldest();
+    QCOMPARE(plottedOf(blocks), (BlockList{plotted}));
+    blocks.ClearPlotted();
+    QCOMPARE(blocks.Arrived().size(), std::size_t{1});
+    blocks.DropOldest();
+    QVERIFY(blocks.Arrived().empty());
+}
+
+void tst_CMappingBlocks::keyThatIsNotANumber()
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    CMappingBlocks blocks;
+    auto* lost = add(blocks, nan);
+    auto* one = add(blocks, 1.0);
+    auto* lostToo = add(blocks, nan);
+    auto* two = add(blocks, 2.0);
+    QCOMPARE(plottedOf(blocks), (BlockList{one, two, lostToo, lost}));
+    blocks.DropOldest();
+    QCOMPARE(plottedOf(blocks), (BlockList{one, two, lostToo}));
+}
+
+void tst_CMappingBlocks::equalsAMapBuiltAnew()
+{
+    std::mt19937 engine(21);
+    std::uniform_int_distribution<int> key(0, 12);
+    std::bernoulli_distribution drops(0.4);
+    CMappingBlocks blocks;
+    for (int step = 0; step < 3000; ++step) {
+        add(blocks, key(engine));
+        if (drops(engine) || blocks.Arrived().size() > 60)
+            blocks.DropOldest();
+        QMultiMap<double, CMeasureBlockMapping*> map;
+        for (const CMappingBlocks::Entry& entry : blocks.Arrived())
+            map.insert(entry.key, entry.block.data());
+        QCOMPARE(plottedOf(blocks), map.values().toVector());
+    }
+}
+
+void tst_CMappingBlocks::resultsByNumber()
+{
+    CMappingBlocks blocks;
+    blocks.Append(makeEntry(0.0, 0, 2));
+    blocks.Append(makeEntry(9.0, 2, 3));
+    blocks.Append(makeEntry(1.0, 5, 1));
+    for (quint64 serial = 0; serial < 6; ++serial)
+        QCOMPARE(blocks.ResultAt(serial)->Temperature(), static_cast<quint16>(serial));
+    QVERIFY(!blocks.ResultAt(6));
+    blocks.DropOldest();
+    QVERIFY(!blocks.ResultAt(1));
+    QCOMPARE(blocks.ResultAt(2)->Temperature(), quint16{2});
+}
+
+void tst_CMappingBlocks::clear()
+{
+    CMappingBlocks blocks;
+    add(blocks, 1.0);
+    blocks.Clear();
+    QVERIFY(blocks.IsEmpty());
+    QVERIFY(blocks.Arrived().empty());
+    QVERIFY(!blocks.ResultAt(0));
+}
+
+QTEST_GUILESS_MAIN(tst_CMappingBlocks)
+#include "tst_CMappingBlocks.moc"
