@@ -73,9 +73,9 @@ void tst_CMeterOperationViewModel::surface()
                      {"RotQuatScalar", "double", ReadOnly}}));
     VERIFY_NO_DIFFERENCE(
         compareMethods(metaObject, QMetaMethod::Method, {"setDefaultParameters()", "resetAllMaximum()"}));
-    VERIFY_NO_DIFFERENCE(compareProperties(CMeterOperationDatasetViewModel::staticMetaObject,
-                                           {{"TableData", "CMeasureBlockData*", Constant},
-                                            {"Chart2DData", "CChart2DMeterData*", Constant}}));
+    VERIFY_NO_DIFFERENCE(compareProperties(
+        CMeterOperationDatasetViewModel::staticMetaObject,
+        {{"TableData", "CMeasureBlockData*", Constant}, {"Chart2DData", "CChart2DMeterData*", Constant}}));
 }
 
 void tst_CMeterOperationViewModel::initialValues()
