@@ -99,8 +99,10 @@ protected:
     /// box stays connected, since it keeps the operation's replay parameters in step until the end.
     void disconnectFromOperation();
 
-private:
+    /// Opens the replay box for all blocks of the dataset, with the last one in view.
     void openReplayRange();
+
+private:
     void takeDisplayUnitsOfLiveParameters();
     void beginSession();
     void endRecord();
