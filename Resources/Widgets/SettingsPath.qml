@@ -2,6 +2,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
 import "../Controls"
 
 // All settings in one column. Paths, memory and updates go through the page's view model and take effect after a
@@ -10,12 +11,11 @@ ScrollView {
     id: settings
 
     readonly property int comboBoxWidth: 200
+    readonly property Item focusItem: Window.activeFocusItem
 
     // Brings the control that the keyboard has reached into view.
     function showFocusItem() {
-        const item = settings.Window.activeFocusItem;
-        if (item === null)
-            return;
+        const item = focusItem;
         for (let ancestor = item; ancestor !== sections; ancestor = ancestor.parent) {
             if (ancestor === null)
                 return;
@@ -30,18 +30,11 @@ ScrollView {
             view.contentY = Math.min(bottom, sections.height) - settings.availableHeight;
     }
 
+    onFocusItemChanged: showFocusItem()
     clip: true
     contentWidth: availableWidth
     ScrollBar.vertical.policy: ScrollBar.AlwaysOn
     ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
-
-    Connections {
-        target: settings.Window.window
-
-        function onActiveFocusItemChanged() {
-            settings.showFocusItem();
-        }
-    }
 
     ColumnLayout {
         id: sections
