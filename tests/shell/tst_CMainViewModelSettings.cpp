@@ -5,7 +5,6 @@
 #include "MainViewModelFixture.h"
 #include "SettingsDirectoryPath.h"
 
-#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QPointer>
@@ -28,6 +27,8 @@ private slots:
     void initTestCase()
     {
         QVERIFY(QDir().mkpath(SettingsDirectoryPath));
+        // What an earlier run has left.
+        QFile::remove(SettingsDirectoryPath + QStringLiteral("/KestrixApplicationSettings.xml"));
         ApplicationDirPath = QStringLiteral("/opt/app");
         CApplication::Instance();
     }
