@@ -108,6 +108,7 @@ CApplication::CApplication(QObject* parent)
 
 CApplication::~CApplication()
 {
+    delete m_versionChecker;
     qDebug() << "CApplication destructor";
     // The windows go before the models that they are bound to.
     qDeleteAll(m_engine.rootObjects());
@@ -163,6 +164,7 @@ void CApplication::Initialize()
     else
         m_mainViewModel.displayInstrumentSelectionPage();
     m_engine.load(QUrl(QStringLiteral("qrc:/Resources/MainWindow.qml")));
+    CheckForNewVersion();
     m_isInitialized = true;
     if (m_quitIsDue)
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
@@ -227,6 +229,23 @@ void CApplication::ConnectDefaultInstrument()
 {
     if (m_supervisor.GetDefaultInstrument())
         m_supervisor.SetActiveInstrument(m_supervisor.GetDefaultInstrument());
+}
+
+void CApplication::CheckForNewVersion()
+{
+    m_versionChecker = new CVersionChecker(kApplicationName, kApplicationVersion, kVersionListUrl, this);
+    connect(m_versionChecker, &CVersionChecker::NewVersionAvailable, this,
+            &CApplication::OnNewVersionAvailable);
+    if (m_settings.CheckForNewVersion())
+        m_versionChecker->Run();
+}
+
+void CApplication::OnNewVersionAvailable(QString newVersion)
+{
+    if (newVersion == m_settings.IgnoreSpecificVersion())
+        return;
+    m_engine.rootContext()->setContextProperty(QStringLiteral("NewVersion"), newVersion);
+    m_engine.load(QUrl(QStringLiteral("qrc:/Resources/Widgets/NewSoftwareVersionDialog.qml")));
 }
 
 void CApplication::onAboutToQuit()

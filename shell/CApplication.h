@@ -8,6 +8,7 @@
 #include "CPluginsManager.h"
 #include "CSettings.h"
 #include "CUserNotifier.h"
+#include "CVersionChecker.h"
 
 #include <QDateTime>
 #include <QLoggingCategory>
@@ -53,6 +54,8 @@ public slots:
     /// is written at once, list and line follow on the main thread. A message that the list's or the line's
     /// own listeners log comes behind the one they were told of.
     void messageHandler(QtMsgType type, const QMessageLogContext& context, const QString& msg);
+    /// Opens the dialog about a new version, unless the user wants to hear no more of this one.
+    void OnNewVersionAvailable(QString newVersion);
 
 private:
     /// A message on its way to the log list.
@@ -74,6 +77,7 @@ private:
     void SetContextProperties();
     void WaitForInstrumentList();
     void ConnectDefaultInstrument();
+    void CheckForNewVersion();
     void ListOnMainThread(const ListEntry& entry);
     void List(const ListEntry& entry);
 
@@ -88,6 +92,7 @@ private:
     std::unique_ptr<QMenu> m_trayMenu;
     QPointer<QSystemTrayIcon> m_trayIcon; ///< child; gone before this object
     CLogger m_logger;
+    CVersionChecker* m_versionChecker = nullptr; ///< child; null until Initialize()
 
     bool m_isInitialized = false;
     bool m_quitIsDue = false; ///< asked for before the application's event loop runs

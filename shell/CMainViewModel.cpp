@@ -9,6 +9,7 @@
 #include "COperationParameters.h"
 #include "COperationsManager.h"
 #include "CSettings.h"
+#include "CSettingsPageViewModel.h"
 #include "CSpectrumOperationViewModel.h"
 #include "CTriggerPlugin.h"
 #include "CUtils.h"
@@ -126,6 +127,23 @@ void CMainViewModel::displayInstrumentSelectionPage()
     EndPageChange(QStringLiteral("Pages/InstrumentSelectionPage.qml"));
 }
 
+void CMainViewModel::displaySettingsPage()
+{
+    if (HasPage(kConnectionName) && !LeavingUnsavedParametersAllowed())
+        return;
+    if (!m_operationsManager->ChangeOperationAllowed(nullptr))
+        return;
+
+    SetLoaderSourceChanging(true);
+    DiscardPage();
+    m_operationsManager->LeaveActiveOperation();
+    m_page = new CSettingsPageViewModel;
+    m_page->PageEntered();
+    m_rootContext->setContextProperty(QStringLiteral("ActivePageViewModel"), m_page);
+    m_rootContext->setContextProperty(QStringLiteral("SettingsPageViewModel"), m_page);
+    EndPageChange(QStringLiteral("Pages/SettingsPage.qml"));
+}
+
 bool CMainViewModel::LeavingUnsavedParametersAllowed() const
 {
     return !m_page->HasUnsavedParameter() ||
@@ -189,6 +207,12 @@ bool CMainViewModel::exitApplicationAllowed()
     if (trigger)
         trigger->Shutdown();
     return allowed;
+}
+
+void CMainViewModel::ignoreSoftwareUpdate(QString version)
+{
+    m_settings->SetIgnoreSpecificVersion(version);
+    m_settings->WriteToFile();
 }
 
 void CMainViewModel::OnHasActiveInstrumentChanged()

@@ -60,6 +60,8 @@ public:
 
     /// Ends the active operation.
     void Terminate();
+    /// Remembers in the settings file that this version is not to be announced again.
+    Q_INVOKABLE void ignoreSoftwareUpdate(QString version);
 
     QString LoaderSource() const { return m_loaderSource; } ///< page file, relative to the main QML file
     bool LoaderSourceChanging() const { return m_loaderSourceChanging; } ///< true only inside a page change
@@ -89,6 +91,8 @@ public slots:
     void displaySpectrumPage();
     void displayAcAnalysisPage();
     void displayInstrumentSelectionPage();
+    /// Made anew, without a question, when it is on screen already.
+    void displaySettingsPage();
     /// Opens the help of the page on screen in the browser.
     void displayHelp();
     /// Whether the window may close; asks when a session runs or data are unsaved. The selected trigger

@@ -21,6 +21,15 @@ Rectangle {
         anchors.fill: parent
 
         StatusBarButton {
+            objectName: settingsBar.prefixed("settingsButton")
+            Layout.alignment: Qt.AlignCenter
+            sourceSize: settingsBar.iconSize
+            imageSource: "qrc:///Resources/Images/Settings.svg"
+            toolTipText: qsTr("Main settings")
+            onClicked: MainViewModel.displaySettingsPage()
+        }
+
+        StatusBarButton {
             objectName: settingsBar.prefixed("helpButton")
             Layout.alignment: Qt.AlignCenter
             sourceSize: settingsBar.iconSize

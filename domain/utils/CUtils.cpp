@@ -161,11 +161,11 @@ QString CUtils::loadFile(QString path)
     return QString::fromUtf8(file.readAll().constData());
 }
 
-bool CUtils::AskConfirmation(const QString& text, const QString& informativeText)
+bool CUtils::AskConfirmation(const QString& text, const QString& informativeText, DefaultButton defaultButton)
 {
     MessageBox box(text, informativeText, QMessageBox::Warning);
     box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-    box.setDefaultButton(QMessageBox::Cancel);
+    box.setDefaultButton(defaultButton == DefaultButton::Ok ? QMessageBox::Ok : QMessageBox::Cancel);
     box.button(QMessageBox::Ok)->setText(tr("OK"));
     box.button(QMessageBox::Cancel)->setText(tr("Cancel"));
     return box.exec() == QMessageBox::Ok;

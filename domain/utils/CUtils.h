@@ -35,8 +35,12 @@ public:
 
     static bool IsMac();
 
+    /// The button that Return presses.
+    enum class DefaultButton { Ok, Cancel };
+
     /// Modal question with "OK" and "Cancel"; true on "OK".
-    static bool AskConfirmation(const QString& text, const QString& informativeText);
+    static bool AskConfirmation(const QString& text, const QString& informativeText,
+                                DefaultButton defaultButton = DefaultButton::Cancel);
     static void ShowInformation(const QString& text, const QString& informativeText);
     static void ShowError(const QString& text, const QString& informativeText);
 };

@@ -132,7 +132,8 @@ void tst_CApplication::surface()
     VERIFY_NO_DIFFERENCE(compareProperties(meta, {{"Settings", "CSettings*", Constant}}));
     VERIFY_NO_DIFFERENCE(
         compareMethods(meta, QMetaMethod::Slot,
-                       {"onAboutToQuit()", "messageHandler(QtMsgType,QMessageLogContext,QString)"}));
+                       {"onAboutToQuit()", "messageHandler(QtMsgType,QMessageLogContext,QString)",
+                        "OnNewVersionAvailable(QString)"}));
 }
 
 void tst_CApplication::accessorKeepsOneObject()

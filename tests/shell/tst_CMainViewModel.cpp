@@ -89,8 +89,10 @@ void tst_CMainViewModel::surface()
     VERIFY_NO_DIFFERENCE(
         compareMethods(meta, QMetaMethod::Slot,
                        {"displayMeterPage()", "displaySpectrumPage()", "displayAcAnalysisPage()",
-                        "displayInstrumentSelectionPage()", "displayHelp()", "exitApplicationAllowed()",
-                        "OnHasActiveInstrumentChanged()", "OnInstrumentStatusChanged(QString)"}));
+                        "displayInstrumentSelectionPage()", "displaySettingsPage()", "displayHelp()",
+                        "exitApplicationAllowed()", "OnHasActiveInstrumentChanged()",
+                        "OnInstrumentStatusChanged(QString)"}));
+    VERIFY_NO_DIFFERENCE(compareMethods(meta, QMetaMethod::Method, {"ignoreSoftwareUpdate(QString)"}));
 }
 
 void tst_CMainViewModel::initialValues()
