@@ -231,9 +231,12 @@ void CChart2DMappingData::UpdateDownsampling()
     int row = 0;
     FieldSeries::Values drawn{};
     const double origin = History().Origin();
+    // Which rows are drawn is defined by running sums in single precision.
+    // NOLINTNEXTLINE(clang-analyzer-security.FloatLoopCounter)
     for (float u = blockStart; u < blockEnd; u += blockStep) {
         const CMappingBlocks::Entry& entry =
             m_blocks.Plotted(nearestIndex(u, static_cast<std::size_t>(blocks)));
+        // NOLINTNEXTLINE(clang-analyzer-security.FloatLoopCounter)
         for (float v = resultStart; v < resultEnd; v += resultStep) {
             const std::size_t k = nearestIndex(v, entry.values.size());
             drawn = entry.values[k];

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int kLimitIntervalMs = 2000;
+constexpr int kSpectrumLimitIntervalMs = 2000;
 
 } // namespace
 
@@ -17,7 +17,7 @@ CSpectrumAlarm::CSpectrumAlarm(CUserNotifier* notifier, QObject* parent)
 {
     m_limitTimer->setTimerType(Qt::PreciseTimer);
     connect(m_limitTimer, &QTimer::timeout, this, &CSpectrumAlarm::OnRangeTimerTimedOut);
-    m_limitTimer->start(kLimitIntervalMs);
+    m_limitTimer->start(kSpectrumLimitIntervalMs);
 }
 
 void CSpectrumAlarm::Stop()
@@ -48,7 +48,7 @@ void CSpectrumAlarm::Check(const std::vector<float>& spectrum, const Bins& bins,
         const double frequency = static_cast<double>(bin) * bins.width;
         const bool isViolated = amplitude > (*limit)->ExposureLimitValue();
         if (isViolated)
-            m_limitTimer->start(kLimitIntervalMs);
+            m_limitTimer->start(kSpectrumLimitIntervalMs);
         setFlag(isViolated);
         if (isViolated) {
             report(state, frequency, amplitude, (*limit)->ExposureLimitValue());

@@ -134,12 +134,12 @@ private slots:
 
     void instrumentLostAndTheQuestionCancelled()
     {
-        Scenario::WriteSimulationSettings(QStringLiteral("[Misbehaviour]\nVanishAfterS=2\n"));
+        Scenario::WriteSimulationSettings(QStringLiteral("[Misbehaviour]\nVanishAfterS=6\n"));
         startWithDefaultInstrument();
         answers().ExpectMessage(kQuitQuestion, QMessageBox::Cancel);
         QVERIFY(driver().Click(QStringLiteral("recordButton")));
         QVERIFY(driver().Click(QStringLiteral("resumeButton")));
-        QTRY_VERIFY_WITH_TIMEOUT(answers().IsDone(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(answers().IsDone(), 30000);
         QVERIFY(driver().IsVisible(QStringLiteral("meterPage")));
         QTRY_VERIFY(!driver().IsVisible(QStringLiteral("holdButton")));
         QVERIFY(driver().Click(QStringLiteral("stopButton")));
