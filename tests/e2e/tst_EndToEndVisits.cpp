@@ -368,7 +368,7 @@ private slots:
                 }
             },
             load);
-        QVERIFY2(replayed > 10, qPrintable(QString::number(replayed)));
+        QVERIFY2(replayed > kChanges / 100, qPrintable(QString::number(replayed)));
         QVERIFY(scenario().CloseWindow());
     }
 };
