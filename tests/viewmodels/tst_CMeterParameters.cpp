@@ -106,8 +106,9 @@ void tst_CMeterParameters::defaultsAreOneConfiguration()
     const QStringList entries = log.take();
     QCOMPARE(entries.constFirst(), QStringLiteral("ApplyConfiguration=false"));
     QCOMPARE(entries.count(QStringLiteral("ApplyConfiguration=true")), 1);
-    QVERIFY(entries.indexOf(QStringLiteral("TriggerMode=1")) <
-            entries.indexOf(QStringLiteral("Averaging=10")));
+    const int triggerMode = entries.indexOf(QStringLiteral("TriggerMode=CONTINUOUS"));
+    QVERIFY(triggerMode >= 0);
+    QVERIFY(triggerMode < entries.indexOf(QStringLiteral("Averaging=10")));
     QVERIFY(entries.indexOf(QStringLiteral("Averaging=10")) <
             entries.indexOf(QStringLiteral("DisplayRate=10")));
     QVERIFY(entries.indexOf(QStringLiteral("DisplayRate=10")) <
