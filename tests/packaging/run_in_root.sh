@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Starts the installed program of a root on the display of the environment, and takes a picture.
+#   run_in_root.sh ROOT OUTPUT_DIRECTORY
+set -euo pipefail
+root=$1
+output=$2
+chroot --userspec=tester "$root" env -i HOME=/home/tester PATH=/usr/bin:/bin DISPLAY="$DISPLAY" LC_ALL=C.UTF-8 \
+    kestrix >"$output/kestrix.log" 2>&1 &
+process=$!
+trap 'kill "$process" 2>/dev/null || true' EXIT
+log=$root/home/tester/.local/share/Kestrix/Kestrix.log
+window=
+for _ in $(seq 150); do
+    kill -0 "$process"
+    window=$(xdotool search --onlyvisible --name '^Norvane Kestrix' | head -n 1) || true
+    [ -n "$window" ] && grep -q "Load font Oxygen Mono Regular" "$log" && break
+    sleep 0.2
+done
+[ -n "$window" ]
+# The picture waits until the page is drawn: several colours instead of one.
+for _ in $(seq 50); do
+    import -window root "$output/clean-root.png"
+    [ "$(identify -format %k "$output/clean-root.png")" -gt 100 ] && break
+    sleep 0.2
+done
+kill -0 "$process"
+! grep -E "is not installed|module .* not|cannot open shared" "$output/kestrix.log"
