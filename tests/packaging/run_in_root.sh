@@ -18,11 +18,18 @@ for _ in $(seq 150); do
     sleep 0.2
 done
 [ -n "$window" ]
-# The picture waits until the page is drawn: several colours instead of one.
-for _ in $(seq 50); do
-    import -window root "$output/clean-root.png"
-    [ "$(identify -format %k "$output/clean-root.png")" -gt 100 ] && break
-    sleep 0.2
+# The window alone, without its frame: a page that is drawn has text in many shades on a light ground.
+drawn=
+for _ in $(seq 60); do
+    import -window "$window" "$output/window.png"
+    if [ "$(identify -format '%k' "$output/window.png")" -gt 100 ] &&
+        [ "$(convert "$output/window.png" -colorspace gray -format '%[fx:mean>0.6]' info:)" = 1 ]; then
+        drawn=yes
+        break
+    fi
+    sleep 0.5
 done
+import -window root "$output/clean-root.png"
+[ -n "$drawn" ] || { echo "the window stays undrawn" >&2; exit 1; }
 kill -0 "$process"
 ! grep -E "is not installed|module .* not|cannot open shared" "$output/kestrix.log"
