@@ -23,7 +23,7 @@ for kind in (kr.MEASUREMENT, kr.MAPPING):
             block.orientation = (0.0, -1.25 * number, 0.0)
         for sample in range(samples):
             time = start * 10 ** 9 + (number * samples + sample) * 4000003
-            flux = [(number * 1000 + sample - 500 * column) / 8 for column in range(6)]
+            flux = [(number * 1000 + sample - 500 * column) / 4 for column in range(6)]
             block.append(time, *flux[:5], number * 100 + sample, flux[5])
         record.blocks.append(block)
     kr.write(record, os.path.join(folder, "made-%s.qdr.xml" % kind))
