@@ -10,12 +10,6 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-# The application looks for the folder kestrix/ of plug-ins beside itself, in the build tree as when installed.
-set(KESTRIX_BIN_DIR "${CMAKE_BINARY_DIR}/bin")
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${KESTRIX_BIN_DIR}")
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
-set(KESTRIX_INSTALL_APPDIR "${CMAKE_INSTALL_LIBDIR}/kestrix")
-
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     # Precompiled headers are cached only if their macros and time stamps are trusted.
@@ -62,16 +56,14 @@ function(kestrix_add_layer name)
 endfunction()
 
 # kestrix_add_plugin(NAME KIND instrument|mapper|trigger SOURCES ... LINKS ...)
-# A plug-in library in kestrix/<KIND>/ beside the application.
+# A plug-in library in the folder where the application looks for its kind.
 function(kestrix_add_plugin name)
     cmake_parse_arguments(ARG "" "KIND" "SOURCES;LINKS" ${ARGN})
     add_library(${name} MODULE ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
     target_link_libraries(${name} PRIVATE kestrix-plugin-api kestrix_options ${ARG_LINKS})
-    set_target_properties(
-        ${name}
-        PROPERTIES LIBRARY_OUTPUT_DIRECTORY "${KESTRIX_BIN_DIR}/kestrix/${ARG_KIND}"
-                   PREFIX ""
-                   INSTALL_RPATH "$ORIGIN/../../..")
-    install(TARGETS ${name} LIBRARY DESTINATION "${KESTRIX_INSTALL_APPDIR}/kestrix/${ARG_KIND}")
+    set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY "${KESTRIX_PLUGIN_DIR}/${ARG_KIND}" PREFIX "")
+    set(destination "${KESTRIX_INSTALL_PLUGINDIR}/${ARG_KIND}")
+    kestrix_install_rpath(${name} FROM "${destination}" TO "${KESTRIX_INSTALL_LIBRARYDIR}")
+    install(TARGETS ${name} LIBRARY DESTINATION "${destination}")
 endfunction()

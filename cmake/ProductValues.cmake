@@ -8,3 +8,9 @@ set(KESTRIX_ORGANIZATION_WEBSITE "https://www.norvane.invalid" CACHE STRING "Web
 set(KESTRIX_ORGANIZATION_EMAIL "contact@norvane.invalid" CACHE STRING "Contact address of the maker")
 set(KESTRIX_SOFTWARE_UPDATE_WEBSITE "https://www.norvane.invalid/download" CACHE STRING "Download page of the program")
 set(KESTRIX_VERSION_LIST_HOST "127.0.0.1:1" CACHE STRING "HTTPS server of /versions/Versions.xml, with port if not 443")
+
+# The name by which desktops know the program: the maker's domain reversed, and the program's name.
+string(REPLACE "." ";" domain_parts "${KESTRIX_ORGANIZATION_DOMAIN}")
+list(REVERSE domain_parts)
+list(JOIN domain_parts "." domain_reversed)
+set(KESTRIX_APPLICATION_ID "${domain_reversed}.Kestrix")

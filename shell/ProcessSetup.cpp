@@ -14,6 +14,7 @@ void prepareProcess()
     QCoreApplication::setOrganizationName(kOrganizationName);
     QCoreApplication::setOrganizationDomain(kOrganizationDomain);
     QCoreApplication::setApplicationName(kApplicationName);
+    QGuiApplication::setDesktopFileName(kDesktopFileName);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
     QCoreApplication::setAttribute(Qt::AA_Use96Dpi, true);

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Analyses blocks of a recording with NumPy and SciPy and prints them as JSON.
 
-usage: analyse_recording.py RECORDING BLOCK_SIZE RATE
+usage: analyse_recording.py (RECORDING BLOCK_SIZE RATE)...
 
 Knows nothing of the program. The samples of the x, y and z columns and of their norm are given in single precision, as
 the program holds them; everything else is computed in double precision from these.
@@ -62,14 +62,22 @@ def analyse(samples, rate):
     }
 
 
-def main():
-    path, size, rate = sys.argv[1], int(sys.argv[2]), float(sys.argv[3])
-    field = read(path)
+def blocks(field, size, rate):
     results = []
     for start in numpy.linspace(0, len(field) - size, BLOCKS).astype(int):
         block = field[start:start + size]
         for series in [*block.T, numpy.linalg.norm(block, axis=1)]:
             results.append(analyse(series.astype(numpy.float32).astype(float), rate))
+    return results
+
+
+def main():
+    fields = {}
+    results = []
+    for path, size, rate in zip(sys.argv[1::3], sys.argv[2::3], sys.argv[3::3]):
+        if path not in fields:
+            fields[path] = read(path)
+        results.append(blocks(fields[path], int(size), float(rate)))
     json.dump(results, sys.stdout)
 
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "WindowDriver.h"
 
+#include <QAccessible>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -50,6 +51,12 @@ QString WindowDriver::Text(const QString& objectName, const QString& part) const
     if (item && !part.isEmpty())
         item = find(item, part);
     return item ? item->property("text").toString() : QString();
+}
+
+QString WindowDriver::AccessibleName(QQuickItem* item)
+{
+    const QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(item);
+    return interface ? interface->text(QAccessible::Name) : QString();
 }
 
 QPoint WindowDriver::Middle(QQuickItem* item)
@@ -114,4 +121,33 @@ QSet<QString> WindowDriver::TabAround() const
 void WindowDriver::Key(int key) const
 {
     QTest::keyClick(m_window, static_cast<Qt::Key>(key));
+}
+
+bool WindowDriver::Enter(const QString& field, const QString& number) const
+{
+    QQuickItem* input = Find(field + QStringLiteral("Text"));
+    if (!input || !input->isEnabled())
+        return false;
+    input->forceActiveFocus();
+    QTest::keyClick(m_window, Qt::Key_A, Qt::ControlModifier);
+    for (const QChar character : number)
+        QTest::keyClick(m_window, character.toLatin1());
+    Key(Qt::Key_Return);
+    return true;
+}
+
+bool WindowDriver::Choose(const QString& comboBox, int index) const
+{
+    QQuickItem* box = Find(comboBox + QStringLiteral("Box"));
+    if (!box || !box->isEnabled())
+        return false;
+    box->forceActiveFocus();
+    const auto chosen = [box] { return box->property("currentIndex").toInt(); };
+    while (chosen() != index) {
+        const int before = chosen();
+        Key(before < index ? Qt::Key_Down : Qt::Key_Up);
+        if (chosen() == before)
+            return false;
+    }
+    return true;
 }

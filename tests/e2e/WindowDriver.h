@@ -23,6 +23,8 @@ public:
     bool IsVisible(const QString& objectName) const { return Find(objectName) != nullptr; }
     /// The property `text` of the item, or of its part of that name.
     QString Text(const QString& objectName, const QString& part = {}) const;
+    /// What a screen reader says of the item; nothing if it does not know it.
+    static QString AccessibleName(QQuickItem* item);
     /// The middle of an item in the coordinates of the window.
     static QPoint Middle(QQuickItem* item);
     /// Waits until the item is there and still, and clicks its middle; false if it does not come.
@@ -34,6 +36,11 @@ public:
     /// Presses Tab often, and tells the names of the items that had the focus, each once.
     QSet<QString> TabAround() const;
     void Key(int key) const;
+    /// Types a number into the value field of that name, in the place of the old one, and presses Return.
+    bool Enter(const QString& field, const QString& number) const;
+    /// Chooses an entry of the combo box of that name with the arrow keys; false if it cannot be reached. It
+    /// goes through the entries between.
+    bool Choose(const QString& comboBox, int index) const;
 
 private:
     QQuickItem* find(QQuickItem* parent, const QString& objectName) const;

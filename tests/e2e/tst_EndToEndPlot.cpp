@@ -9,6 +9,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTime>
+#include <QTouchDevice>
 #include <QXYSeries>
 
 #include <algorithm>
@@ -39,18 +40,6 @@ private:
     }
 
     double shown(const char* property) { return scenario().PageViewModel()->property(property).toDouble(); }
-
-    /// Puts the number into a field of a box as the user does.
-    void enter(const char* field, const char* number)
-    {
-        QQuickItem* input = driver().Find(QLatin1String(field) + QStringLiteral("Text"));
-        QVERIFY(input);
-        input->forceActiveFocus();
-        QTest::keyClick(driver().Window(), Qt::Key_A, Qt::ControlModifier);
-        for (const char* digit = number; *digit != '\0'; ++digit)
-            QTest::keyClick(driver().Window(), *digit);
-        driver().Key(Qt::Key_Return);
-    }
 
 private slots:
     void plotFollowsTheMeasurement()
@@ -219,7 +208,7 @@ private slots:
         driver().Key(Qt::Key_Down);
         driver().Key(Qt::Key_Down);
         QTRY_COMPARE(plot().Number("AveragingModeIndex"), 2.0);
-        enter("averagingCountField", "4");
+        QVERIFY(driver().Enter(QStringLiteral("averagingCountField"), QStringLiteral("4")));
         QTRY_COMPARE(plot().Number("AveragingCount"), 4.0);
 
         // The mean of as many as four samples, at each place.
@@ -244,6 +233,85 @@ private slots:
         driver().Key(Qt::Key_Up);
         driver().Key(Qt::Key_Up);
         QTRY_COMPARE(plot().Points(2), raw);
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void plotByTouch()
+    {
+        QTouchDevice* const screen = QTest::createTouchDevice();
+        const auto tap = [&](const QPoint& at) {
+            QTest::touchEvent(driver().Window(), screen).press(0, at, driver().Window());
+            QTest::touchEvent(driver().Window(), screen).release(0, at, driver().Window());
+        };
+        const auto drag = [&](const QPoint& from, const QPoint& to) {
+            QTest::touchEvent(driver().Window(), screen).press(0, from, driver().Window());
+            for (int i = 1; i <= 10; ++i) {
+                QTest::touchEvent(driver().Window(), screen)
+                    .move(0, from + (to - from) * i / 10, driver().Window());
+                QVERIFY(!driver().IsVisible(QStringLiteral("zoomSelector")));
+            }
+            QTest::touchEvent(driver().Window(), screen).release(0, to, driver().Window());
+        };
+        startWithDefaultInstrument();
+        openPlot();
+        measureAndHold(30);
+        plot().RightClick();
+        QTRY_COMPARE(plot().Number("Xmin"), 0.0);
+        const double everything = plot().Number("MeasureResultMaxX");
+        QVERIFY(driver().Click(QStringLiteral("zoomInButton")));
+        QVERIFY(driver().Click(QStringLiteral("zoomInButton")));
+        QTRY_VERIFY(std::abs(plot().Span() - everything / 4) < 0.02);
+        const double span = plot().Span();
+
+        // The window goes with the finger, as wide as it was.
+        double start = plot().Number("Xmin");
+        drag(plot().At(0.7, 0.5), plot().At(0.3, 0.5));
+        QTRY_VERIFY(std::abs(plot().Number("Xmin") - (start + 0.4 * span)) < 0.02);
+        QVERIFY(std::abs(plot().Span() - span) < 0.02);
+        start = plot().Number("Xmin");
+        drag(plot().At(0.3, 0.5), plot().At(0.5, 0.5));
+        QTRY_VERIFY(std::abs(plot().Number("Xmin") - (start - 0.2 * span)) < 0.02);
+        // Not beyond the first result.
+        for (int i = 0; i < 8; ++i)
+            drag(plot().At(0.1, 0.5), plot().At(0.9, 0.5));
+        QTRY_VERIFY(plot().Number("Xmin") > -span / 5);
+        start = plot().Number("Xmin");
+        drag(plot().At(0.1, 0.5), plot().At(0.9, 0.5));
+        QCOMPARE(plot().Number("Xmin"), start);
+
+        // Up and down only while the user has the axis.
+        const auto axisY = [this](const char* end) {
+            return driver()
+                .Find(QStringLiteral("chartView"))
+                ->property("axisY")
+                .value<QObject*>()
+                ->property(end)
+                .toDouble();
+        };
+        const double bottom = axisY("min");
+        drag(plot().At(0.5, 0.3), plot().At(0.5, 0.6));
+        QCOMPARE(axisY("min"), bottom);
+        QVERIFY(driver().Click(QStringLiteral("autoScalingButton")));
+        QVERIFY(driver().WaitFor(QStringLiteral("yRangeSlider")));
+        QVERIFY(driver().Click(QStringLiteral("zoomInButton")));
+        QTRY_VERIFY(axisY("max") < plot().Number("YmaxAllSignal"));
+        const double low = axisY("min");
+        const double height = axisY("max") - low;
+        drag(plot().At(0.5, 0.4), plot().At(0.5, 0.5));
+        QTRY_VERIFY(std::abs(axisY("min") - (low + 0.1 * height)) < 0.02 * height);
+
+        const QPoint middle = plot().At(0.5, 0.5);
+        tap(middle);
+        tap(middle);
+        QTRY_COMPARE(plot().Number("Xmin"), 0.0);
+        QTRY_COMPARE(plot().Number("Xmax"), everything);
+        QTRY_COMPARE(plot().Number("Ymax"), plot().Number("YmaxAllSignal"));
+
+        // A finger that goes away leaves no row of the legend in the foreground.
+        tap(WindowDriver::Middle(driver().Find(QStringLiteral("legendRow2"))));
+        QTRY_COMPARE(plot().Visibility(), (QVector<bool>{true, true, false, true, true, true, true}));
+        tap(WindowDriver::Middle(driver().Find(QStringLiteral("legendRow2"))));
+        QTRY_COMPARE(plot().Visibility(), QVector<bool>(7, true));
         QVERIFY(scenario().CloseWindow());
     }
 
@@ -289,7 +357,7 @@ private slots:
 
         // The window follows the block that the user looks at.
         QVERIFY(driver().WaitFor(QStringLiteral("currentBlockField")));
-        enter("currentBlockField", "3");
+        QVERIFY(driver().Enter(QStringLiteral("currentBlockField"), QStringLiteral("3")));
         QTRY_COMPARE(driver().Text(QStringLiteral("blockLine"), QStringLiteral("value")),
                      QStringLiteral("3"));
         // Six samples, 50 ms each.

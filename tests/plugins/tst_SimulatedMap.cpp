@@ -145,13 +145,13 @@ private slots:
         QFETCH(const QVector<double>, angles);
         prepare("Simulated gantry", mode);
         CMapperPositionSourceCartesian& grid = *m_operation->MappingParameters()->MapperSourceCartesian();
-        setAxis(grid.X(), -40, 40, 20);
-        setAxis(grid.Y(), -30, 30, 15);
+        setAxis(grid.X(), -40, 40, 40);
+        setAxis(grid.Y(), -30, 30, 30);
         setAxis(grid.Z(), -20, 20, 20);
         grid.Orientation()->SetRoll(angles[0]);
         grid.Orientation()->SetPitch(angles[1]);
         grid.Orientation()->SetYaw(angles[2]);
-        constexpr int kPoints = 5 * 5 * 3;
+        constexpr int kPoints = 3 * 3 * 3;
         record();
         QTRY_VERIFY_WITH_TIMEOUT(!m_operation->SessionInProgress() && manager().NumBlocks() == kPoints,
                                  60000);

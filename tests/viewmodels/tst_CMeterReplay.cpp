@@ -4,7 +4,9 @@
 #include "PropertyLog.h"
 
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QSignalSpy>
+#include <QTimer>
 #include <QtTest>
 
 #include <memory>
@@ -17,12 +19,26 @@ using MeterPointer = std::unique_ptr<CMeterOperationViewModel>;
 class TableLog : public QObject
 {
 public:
-    explicit TableLog(CMeterOperationViewModel& meter)
+    explicit TableLog(CMeterOperationViewModel& meter) : m_meter(meter)
     {
         connect(&meter, &CMeterOperationViewModel::NewMeasureReadyChanged, this, [this, &meter](bool ready) {
             if (ready)
                 tables.append(read(meter));
         });
+    }
+
+    /// Whether tables are there, this many in all; returns with the last of them, before any other piece.
+    bool reaches(int size)
+    {
+        QEventLoop loop;
+        QTimer::singleShot(5000, &loop, &QEventLoop::quit);
+        connect(&m_meter, &CMeterOperationViewModel::NewMeasureReadyChanged, &loop, [&] {
+            if (tables.size() >= size)
+                loop.quit();
+        });
+        if (tables.size() < size)
+            loop.exec();
+        return tables.size() == size;
     }
 
     /// Whether another block is worked on within a time; returns as soon as that is so.
@@ -42,6 +58,9 @@ public:
     }
 
     QVector<QVector<int>> tables;
+
+private:
+    CMeterOperationViewModel& m_meter;
 };
 
 /// Live blocks of ten samples every 10 ms, B counting up from 0, then at rest.
@@ -53,13 +72,6 @@ MeterPointer makeMeterWithBlocks(MeasureFixture& f, int blocks)
     f.manager().StopRecord();
     f.manager().SetMinReplaySmallBlockDelayMillisecond(20);
     return meter;
-}
-
-/// Pieces of two samples as before, a third of a second each, so that a test can act between two of them.
-void slowDown(MeasureFixture& f)
-{
-    f.manager().SetTimeWarp(0.06);
-    f.manager().SetMinReplaySmallBlockDelayMillisecond(333);
 }
 
 QVector<int> upTo(int first, int last)
@@ -218,12 +230,11 @@ void tst_CMeterReplay::holdStopsThePieces()
 {
     MeasureFixture f;
     const MeterPointer meter = makeMeterWithBlocks(f, 1);
-    slowDown(f);
     TableLog log(*meter);
     meter->start();
-    QTRY_COMPARE(log.tables.size(), 2);
+    QVERIFY(log.reaches(2));
     meter->hold();
-    QVERIFY(!log.grows(500));
+    QVERIFY(!log.grows(100));
     QCOMPARE(log.tables.size(), 2);
     QCOMPARE(meter->BLastBlock(), 3.0);
     meter->resume();
@@ -290,30 +301,30 @@ void tst_CMeterReplay::nextBlockDoesNotHurryThePieces()
 {
     MeasureFixture f;
     const MeterPointer meter = makeMeterWithBlocks(f, 1);
-    slowDown(f);
+    f.manager().SetTimeWarp(0.1);
+    f.manager().SetMinReplaySmallBlockDelayMillisecond(200);
     f.manager().SetIsPlayingBack(true);
     f.manager().SetIsHolding(false);
     f.manager().SetReplayIndex(1);
     TableLog log(*meter);
     meter->OnNewMeasure(makeRamp(100, 10, 0, 10));
-    QTRY_COMPARE(log.tables.size(), 1);
+    QVERIFY(log.reaches(1));
     QElapsedTimer clock;
     clock.start();
     meter->OnNewMeasure(makeRamp(200, 10, 100, 10));
-    QTRY_COMPARE(log.tables.size(), 2);
-    QVERIFY2(clock.elapsed() > 200, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(log.reaches(2));
+    QVERIFY2(clock.elapsed() > 150, qPrintable(QString::number(clock.elapsed())));
 }
 
 void tst_CMeterReplay::clearDropsThePieces()
 {
     MeasureFixture f;
     const MeterPointer meter = makeMeterWithBlocks(f, 1);
-    slowDown(f);
     TableLog log(*meter);
     meter->start();
-    QTRY_COMPARE(log.tables.size(), 1);
+    QVERIFY(log.reaches(1));
     f.dataSet().Clear();
-    QVERIFY(!log.grows(500));
+    QVERIFY(!log.grows(100));
     QCOMPARE(log.tables.size(), 1);
     QCOMPARE(meter->BLastBlock(), 0.0);
 }
@@ -322,15 +333,14 @@ void tst_CMeterReplay::stopEndsThePieces()
 {
     MeasureFixture f;
     const MeterPointer meter = makeMeterWithBlocks(f, 3);
-    slowDown(f);
     TableLog log(*meter);
     meter->start();
-    QTRY_COMPARE(log.tables.size(), 1);
+    QVERIFY(log.reaches(1));
     meter->stop();
     // The last block of the dataset is shown whole, and no piece follows.
     QCOMPARE(log.tables.size(), 2);
     QCOMPARE(log.tables.last(), upTo(20, 29));
-    QVERIFY(!log.grows(500));
+    QVERIFY(!log.grows(100));
     QCOMPARE(log.tables.size(), 2);
 }
 
@@ -365,11 +375,10 @@ void tst_CMeterReplay::newPageInTheMiddle()
 {
     MeasureFixture f;
     MeterPointer meter = makeMeterWithBlocks(f, 2);
-    slowDown(f);
     {
         TableLog log(*meter);
         meter->start();
-        QTRY_COMPARE(log.tables.size(), 1);
+        QVERIFY(log.reaches(1));
     }
     QVERIFY(f.manager().IsProcessingBlock());
     meter->PageLeft();

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CSpectrumAlarm.h"
 #include "LogRecorder.h"
-#include "MeasureFixture.h"
+#include "SpectrumPage.h"
 
 #include <QtTest>
 
 #include <cmath>
 #include <limits>
+
+using namespace SpectrumPage;
 
 namespace {
 
@@ -43,6 +45,12 @@ private slots:
     void everySpectrumGivesAMessage();
     void quietTime();
     void stopped();
+
+    void pageTellsFrequencyExposureAndLimit();
+    void offLeavesTheFlagOfThePage();
+    void flagOfThePageFalls();
+    void pageChecksNewBlocksOnly();
+    void pageComparesInItsUnit();
 
 private:
     using Flags = QVector<bool>;
@@ -220,6 +228,87 @@ void tst_CSpectrumAlarm::stopped()
     CSpectrumAlarm alarm(&m_notifier);
     alarm.Stop();
     QVERIFY(!alarm.findChild<QTimer*>()->isActive());
+}
+
+void tst_CSpectrumAlarm::pageTellsFrequencyExposureAndLimit()
+{
+    SpectralFixture f;
+    f.loadLimits({{15, 100}, {100, 0.25}});
+    setAlarm(f, CAlarm::Audio);
+    const PagePointer page = makePage(f);
+    // Far from the sine a bin on a whole number of periods has next to nothing; under the window, whose sides
+    // are half as high, the bin before the sine has half of its height, which is half of the amplitude.
+    f.deliver(SpectralFixture::sine(1, 20));
+    QVERIFY(page->AlarmParametersViewModel()->FlagNotification());
+    QCOMPARE(f.notifier.calls.size(), 2);
+    const QStringList parts = f.notifier.calls.at(0).split(QLatin1Char('\n'));
+    QCOMPARE(parts.size(), 3);
+    QCOMPARE(parts.at(0), QStringLiteral("Spectrum is out-of-limit|Frequency = 19.000 Hz"));
+    QVERIFY2(parts.at(1).startsWith(QStringLiteral("Exposure = 0.25")), qPrintable(parts.at(1)));
+    QCOMPARE(parts.at(2), QStringLiteral("Limit = 0.2500"));
+    QCOMPARE(f.notifier.calls.at(1), QStringLiteral("beep"));
+    // With every block.
+    f.deliver(SpectralFixture::sine(1, 20));
+    QCOMPARE(f.notifier.calls.size(), 4);
+}
+
+void tst_CSpectrumAlarm::offLeavesTheFlagOfThePage()
+{
+    SpectralFixture f;
+    f.loadLimits({{100, 0.1}});
+    const PagePointer page = makePage(f);
+    page->AlarmParametersViewModel()->SetFlagNotification(true);
+    f.deliver(SpectralFixture::sine(0.001, 20));
+    QVERIFY(page->AlarmParametersViewModel()->FlagNotification());
+    page->AlarmParametersViewModel()->SetFlagNotification(false);
+    f.deliver(SpectralFixture::sine(5, 20));
+    QVERIFY(!page->AlarmParametersViewModel()->FlagNotification());
+    QCOMPARE(f.notifier.calls, QStringList());
+}
+
+void tst_CSpectrumAlarm::flagOfThePageFalls()
+{
+    SpectralFixture f;
+    f.loadLimits({{100, 0.1}});
+    const PagePointer page = makePage(f);
+    page->AlarmParametersViewModel()->SetSelectedStateIndex(3);
+    f.deliver(SpectralFixture::sine(1, 20));
+    QVERIFY(page->AlarmParametersViewModel()->FlagNotification());
+    f.deliver(SpectralFixture::sine(0.05, 20));
+    QVERIFY(!page->AlarmParametersViewModel()->FlagNotification());
+    QCOMPARE(f.notifier.calls, QStringList());
+    // Limits that all lie below the lowest frequency are not compared.
+    f.parameters().SetFrequencyMin(101);
+    f.deliver(SpectralFixture::sine(1, 20));
+    QVERIFY(!page->AlarmParametersViewModel()->FlagNotification());
+}
+
+void tst_CSpectrumAlarm::pageChecksNewBlocksOnly()
+{
+    SpectralFixture f;
+    f.loadLimits({{100, 0.1}});
+    setAlarm(f, CAlarm::Notification);
+    f.manager().AddMeasureBlock(SpectralFixture::sine(1, 20));
+    const PagePointer page = makePage(f);
+    page->loadData();
+    page->SetThreshold(5);
+    QCOMPARE(f.notifier.calls, QStringList());
+    QVERIFY(!page->AlarmParametersViewModel()->FlagNotification());
+}
+
+void tst_CSpectrumAlarm::pageComparesInItsUnit()
+{
+    SpectralFixture f;
+    f.parameters().SetUnits(CUnits::NANO_TESLA);
+    f.parameters().SetDisplayUnits(CUnits::NANO_TESLA);
+    f.loadLimits({{100, 2}});
+    setAlarm(f, CAlarm::FlagNotification);
+    const PagePointer page = makePage(f);
+    // 2 µT are 2000 nT.
+    f.deliver(SpectralFixture::sine(1900, 20));
+    QVERIFY(!page->AlarmParametersViewModel()->FlagNotification());
+    f.deliver(SpectralFixture::sine(4200, 20));
+    QVERIFY(page->AlarmParametersViewModel()->FlagNotification());
 }
 
 QTEST_MAIN(tst_CSpectrumAlarm)

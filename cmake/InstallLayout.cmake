@@ -1,0 +1,45 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Where things lie in the build tree and where they are installed. The program looks for plug-ins and help by paths
+# relative to itself, which differ on macOS alone; everything here is relative to the prefix, so that an installation can
+# be moved as a whole.
+set(KESTRIX_BIN_DIR "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${KESTRIX_BIN_DIR}")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+
+if(APPLE)
+    set(KESTRIX_PLUGIN_DIR "${CMAKE_BINARY_DIR}/Plugins/kestrix")
+    set(KESTRIX_HELP_DIR "${CMAKE_BINARY_DIR}/Resources/help")
+    set(bundle Kestrix.app/Contents)
+    set(KESTRIX_INSTALL_APPDIR "${bundle}/MacOS")
+    set(KESTRIX_INSTALL_PLUGINDIR "${bundle}/Plugins/kestrix")
+    set(KESTRIX_INSTALL_HELPDIR "${bundle}/Resources/help")
+    set(KESTRIX_INSTALL_LIBRARYDIR "${bundle}/Frameworks")
+else()
+    set(KESTRIX_PLUGIN_DIR "${KESTRIX_BIN_DIR}/kestrix")
+    set(KESTRIX_HELP_DIR "${KESTRIX_BIN_DIR}/help")
+    if(WIN32)
+        # Libraries are looked for beside the executable.
+        set(KESTRIX_INSTALL_APPDIR "${CMAKE_INSTALL_BINDIR}")
+    else()
+        set(KESTRIX_INSTALL_APPDIR "${CMAKE_INSTALL_LIBDIR}/kestrix")
+    endif()
+    set(KESTRIX_INSTALL_PLUGINDIR "${KESTRIX_INSTALL_APPDIR}/kestrix")
+    set(KESTRIX_INSTALL_HELPDIR "${KESTRIX_INSTALL_APPDIR}/help")
+    set(KESTRIX_INSTALL_LIBRARYDIR "${CMAKE_INSTALL_LIBDIR}")
+endif()
+
+# kestrix_install_rpath(TARGET FROM dir TO dir ...): an installed TARGET in FROM finds libraries in the folders TO.
+function(kestrix_install_rpath target)
+    cmake_parse_arguments(ARG "" "FROM" "TO" ${ARGN})
+    set(origin "$ORIGIN")
+    if(APPLE)
+        set(origin "@loader_path")
+    endif()
+    set(rpath "")
+    foreach(folder IN LISTS ARG_TO)
+        file(RELATIVE_PATH step "/prefix/${ARG_FROM}" "/prefix/${folder}")
+        string(REGEX REPLACE "/$" "" step "${step}")
+        list(APPEND rpath "${origin}/${step}")
+    endforeach()
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "${rpath}")
+endfunction()
