@@ -3,6 +3,7 @@
 #include "CApplication.h"
 #include "EndToEndTest.h"
 #include "PlotDriver.h"
+#include "RandomUser.h"
 
 #include <QMap>
 #include <QMetaMethod>
@@ -10,11 +11,11 @@
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QRandomGenerator>
 #include <QTest>
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -110,10 +111,11 @@ private:
         double megabytes = 0;
     };
 
-    QRandomGenerator m_random{kSeed};
+    std::unique_ptr<RandomUser> m_user;
     QVector<QPointer<QObject>> m_pages;
 
-    int upTo(int count) { return m_random.bounded(count); }
+    RandomUser& user() { return *m_user; }
+    int upTo(int count) { return user().UpTo(count); }
     CMainViewModel& shell() { return *scenario().Application()->MainViewModel(); }
     QObject* manager() { return scenario().RecordingManager(); }
     bool isOnMeterPage() { return driver().IsVisible(QStringLiteral("meterPage")); }
@@ -125,65 +127,12 @@ private:
             m_pages.append(page);
     }
 
-    void openTab(int index)
-    {
-        if (QQuickItem* tabs = driver().Find(QStringLiteral("tabBar")))
-            tabs->setProperty("currentIndex", index);
-    }
-
-    void press(const char* name, Qt::MouseButton button = Qt::LeftButton)
-    {
-        QQuickItem* item = driver().Find(QLatin1String(name));
-        if (item && item->isEnabled())
-            QTest::mouseClick(driver().Window(), button, {}, WindowDriver::Middle(item));
-    }
-
     void changePage()
     {
         if (upTo(4) == 0)
             shell().displayInstrumentSelectionPage();
         else
             shell().displayMeterPage();
-    }
-
-    /// Whatever of these the action bar offers.
-    void giveCommand(const QVector<const char*>& commands)
-    {
-        const QByteArray command = commands.at(upTo(commands.size()));
-        if (driver().IsVisible(QLatin1String(command) + QStringLiteral("Button")))
-            QMetaObject::invokeMethod(scenario().PageViewModel(), command.constData());
-    }
-
-    void actOnThePlot()
-    {
-        if (!driver().IsVisible(QStringLiteral("chartView")))
-            return;
-        const PlotDriver plot(driver());
-        switch (upTo(8)) {
-        case 0:
-            return press("zoomInButton");
-        case 1:
-            return press("zoomOutButton");
-        case 2:
-            return press("autoScalingButton");
-        case 3:
-            return press(upTo(2) == 0 ? "legendRow0" : "legendRow3");
-        case 4:
-            return press(upTo(2) == 0 ? "legendSelectNoneButton" : "legendSelectAllButton");
-        case 5:
-            return plot.Wheel(upTo(2) == 0 ? 120 : -120);
-        case 6:
-            return plot.Drag(plot.At(0.3, 0.3), plot.At(0.6, 0.6));
-        default:
-            plot.Model()->setProperty("AveragingModeIndex", upTo(3));
-        }
-    }
-
-    void changeLayout()
-    {
-        const bool small = upTo(2) == 0;
-        driver().Window()->resize(small ? QSize(954, 698) : QSize(1100, 800));
-        shell().SetParameterMenuExpanded(upTo(2) == 0);
     }
 
     /// One of the changes; `commands` are those that make sense for the data at hand.
@@ -197,18 +146,18 @@ private:
         case 2:
         case 3:
         case 4:
-            openTab(upTo(3));
+            user().OpenTab(upTo(3));
             break;
         case 5:
         case 6:
-            giveCommand(commands);
+            user().GiveCommand(commands);
             break;
         case 7:
         case 8:
-            actOnThePlot();
+            user().ActOnThePlot();
             break;
         default:
-            upTo(4) == 0 ? changeLayout() : other();
+            upTo(4) == 0 ? user().ChangeLayout() : other();
         }
         QTest::qWait(upTo(20));
         remember();
@@ -292,10 +241,11 @@ private:
     void makeChanges(const QVector<const char*>& commands, const std::function<void()>& other,
                      const std::function<void()>& prepare)
     {
+        m_user = std::make_unique<RandomUser>(scenario(), kSeed);
         answers().AnswerAlways(kQuitQuestion,
                                [this] { return upTo(2) == 0 ? QMessageBox::Ok : QMessageBox::Cancel; });
         // The window keeps what it made for the first wheel event.
-        openTab(1);
+        user().OpenTab(1);
         QVERIFY(driver().WaitFor(QStringLiteral("chartView")));
         PlotDriver(driver()).Wheel(120);
         Census first;
