@@ -60,7 +60,8 @@ void tst_PluginCheck::findsOurPluginsClean()
 {
     QFETCH(QString, path);
     // A busy machine must not look like a slow plug-in.
-    const Result result = check({QStringLiteral("--slow"), QStringLiteral("5000"), path});
+    const Result result = check({QStringLiteral("--slow"), QStringLiteral("5000"), QStringLiteral("--blocks"),
+                                 QStringLiteral("2"), path});
     QVERIFY2(result.exitCode == 0, qPrintable(result.codes.join(QLatin1Char(' '))));
 }
 
@@ -97,8 +98,12 @@ void tst_PluginCheck::findsFaults()
     QFETCH(QString, options);
     QFETCH(QString, code);
     QFETCH(int, exitCode);
-    const QStringList arguments{QStringLiteral("--wait"), QStringLiteral("0.3"),
-                                QStringLiteral("--slow-connect"), QStringLiteral("200"),
+    const QStringList arguments{QStringLiteral("--blocks"),
+                                QStringLiteral("2"),
+                                QStringLiteral("--wait"),
+                                QStringLiteral("0.3"),
+                                QStringLiteral("--slow-connect"),
+                                QStringLiteral("200"),
                                 QStringLiteral(FAKES_PATH "/%1.so").arg(file)};
     const Result result = check(arguments, options);
     QVERIFY2(result.codes.contains(code), qPrintable(result.codes.join(QLatin1Char(' '))));
