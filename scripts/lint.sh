@@ -21,8 +21,8 @@ cmake --preset lint >/dev/null
 mapfile -t generated < <(ninja -C build/lint -t targets all | sed -nE 's/^([^:]*\/)?([^/:]*_autogen): phony$/\2/p' | sort -u)
 ninja -C build/lint "${generated[@]}" | tail -n 1
 
-mapfile -t sources < <(find build/lint -path '*/Unity/unity_*_cxx.cxx' | sort; git ls-files 'plugins/*.cpp')
-folders='/(domain|plugin-api|operations|recording|analysis|instruments|charts|viewmodels|shell|plugins)/([a-z-]+/)*[A-Za-z0-9]+\.(h|cpp)$'
+mapfile -t sources < <(find build/lint -path '*/Unity/unity_*_cxx.cxx' | sort; git ls-files 'plugins/*.cpp' 'tools/*.cpp')
+folders='/(domain|plugin-api|operations|recording|analysis|instruments|charts|viewmodels|shell|plugins|tools)/([a-z-]+/)*[A-Za-z0-9]+\.(h|cpp)$'
 echo "== clang-tidy and clazy (${#sources[@]} sources)"
 check() {
     local output

@@ -5,6 +5,7 @@
 #include "ProcessSetup.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QThread>
 
 int main(int argc, char* argv[])
@@ -14,6 +15,7 @@ int main(int argc, char* argv[])
     // The main thread is the measuring thread too.
     QThread::currentThread()->setPriority(QThread::HighPriority);
     InitResources();
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/Resources/Icons/Kestrix.ico")));
     ApplicationDirPath = QCoreApplication::applicationDirPath();
     CApplication* kestrix = CApplication::Instance();
     kestrix->Initialize();

@@ -11,7 +11,6 @@
 #include "QmlTestSetup.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickView>
@@ -62,7 +61,6 @@ private slots:
     void selectNoneAndAll();
     void clearingMakesNewSeries();
     void timeLabels();
-    void refreshCost();
 
 private:
     void addSamples(int count, double periodS, const std::function<float(int)>& value);
@@ -669,33 +667,6 @@ void tst_MeasurementsChart2D::timeLabels()
     QCOMPARE(item("xMaxDateLabel")->property("text").toString(), m_model->XmaxDate());
     QCOMPARE(item("horizontalAxisLabel")->property("text").toString(), QStringLiteral("Time [s]"));
     QCOMPARE(axis("axisY")->titleText(), QStringLiteral("Field strength [µT]"));
-}
-
-/// What a refresh costs beside the painting is printed; the limit is wide, since machines differ.
-void tst_MeasurementsChart2D::refreshCost()
-{
-    load(true);
-    addSamples(5000, 0.01, [](int i) { return static_cast<float>(std::sin(i * 0.01)); });
-    settle();
-    m_model->refreshLegendData(0.0, 49.0);
-    settle();
-    QCOMPARE(m_model->rowCount(), 401);
-    m_view->hide();
-    const auto timeOf = [](const std::function<void(int)>& run) {
-        constexpr int kRefreshes = 50;
-        QElapsedTimer timer;
-        timer.start();
-        for (int i = 0; i < kRefreshes; ++i)
-            run(i);
-        return static_cast<double>(timer.nsecsElapsed()) / 1e6 / kRefreshes;
-    };
-    const double model = timeOf([this](int) { m_model->UpdateDownsampling(); });
-    const double mappers = timeOf([this](int) { m_model->RecomputeFullFilter(); }) - model;
-    const double points = timeOf([this](int) { QMetaObject::invokeMethod(chartView(), "showPoints"); });
-    const double axes = timeOf([this](int i) { m_model->SetXmin(0.001 * i); });
-    qInfo("seven series of 401 points: mappers %.2f ms, hand-over %.2f ms, moved axis %.2f ms", mappers,
-          points, axes);
-    QVERIFY(mappers + points < 20.0);
 }
 
 QTEST_MAIN(tst_MeasurementsChart2D)
