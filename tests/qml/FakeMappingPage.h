@@ -3,12 +3,13 @@
 
 #include <QObject>
 #include <QQuaternion>
-#include <QVector>
 #include <QVector3D>
+#include <QVector>
 
 #include <cmath>
 
-/// What the view of the mapped vectors asks of its page: the vectors of the history, one at a time, as the current one.
+/// What the view of the mapped vectors asks of its page: the vectors of the history, one at a time, as the
+/// current one.
 class FakeMappingPage : public QObject
 {
     Q_OBJECT
