@@ -284,16 +284,18 @@ void tst_CMappingViews::stateChangeReportsAtOnce()
     const MappingPage page = f.makeRunningPage();
     f.take({magnitude(1)});
     QVERIFY(!page->AlarmParametersViewModel()->FlagNotification());
-    QSignalSpy states(page.get(), &CMappingOperationViewModel::LastAlarmStateChanged);
+    int states = 0;
+    connect(page.get(), &CMappingOperationViewModel::LastAlarmStateChanged, this, [&states] { ++states; });
     f.alarm().SetState(CAlarm::Notification);
     LogRecorder log;
     f.take({magnitude(1)});
     QVERIFY(page->AlarmParametersViewModel()->FlagNotification());
-    QCOMPARE(f.notifier.calls,
-             QStringList{QString::fromUtf8("B is out-of-limit [µT]|Minimum = 0\nB = 1\nMaximum = 0")});
+    QCOMPARE(f.notifier.calls, QStringList{QString::fromUtf8(
+                                   "B is out-of-limit [µT]|Minimum = 0.0000\nB = 1.0000\nMaximum = 0.0000")});
     QCOMPARE(log.Texts(QtWarningMsg),
-             QStringList{QString::fromUtf8("B is out-of-limit [µT] : Minimum = 0, B = 1, Maximum = 0")});
-    QCOMPARE(states.count(), 1);
+             QStringList{QString::fromUtf8(
+                 "B is out-of-limit [µT] : Minimum = 0.0000, B = 1.0000, Maximum = 0.0000")});
+    QCOMPARE(states, 1);
     f.take({magnitude(2)});
     QCOMPARE(f.notifier.calls.size(), 1);
     f.alarm().SetState(CAlarm::Off);
