@@ -9,33 +9,13 @@
 #include "CRecordingManagerMeasure.h"
 #include "CSettings.h"
 #include "CUtils.h"
+#include "PresentTime.h"
 #include "Property.h"
 
-#include <QDateTime>
 #include <QDebug>
-#include <QFileDialog>
-#include <QLocale>
-#include <QRegExp>
 #include <QSharedPointer>
 
 #include <algorithm>
-
-namespace {
-
-/// The present time in texts of files and names of files: in the digits of the C locale.
-QString now(const QString& format)
-{
-    return QLocale::c().toString(QDateTime::currentDateTime(), format);
-}
-
-/// The first four digits in a row of the model's name.
-QString modelDigits(const QString& model)
-{
-    const QRegExp fourDigits(QStringLiteral("\\d{4}"));
-    return fourDigits.indexIn(model) >= 0 ? fourDigits.cap(0) : QStringLiteral("0000");
-}
-
-} // namespace
 
 CMeasurementOperationViewModel::CMeasurementOperationViewModel(const QString& name,
                                                                COperationMeasure* operation,
@@ -52,9 +32,7 @@ CMeasurementOperationViewModel::CMeasurementOperationViewModel(const QString& na
 
     if (!recordingManager()->IsDataLoaded())
         pointDataSetAtLiveParameters();
-    const CMeasurementParameters* parameters = dataSet()->MeasurementParameters();
-    SetDisplayUncertaintyUnits(parameters->UncertaintyUnits());
-    OnMeasureParametersUnitChanged(parameters->Units());
+    followUnitsOf(*dataSet()->MeasurementParameters());
 }
 
 CRecordingManagerMeasure* CMeasurementOperationViewModel::recordingManager() const
@@ -98,9 +76,7 @@ void CMeasurementOperationViewModel::SetCommentOverAll(const QString& comment)
 
 void CMeasurementOperationViewModel::OnMeasureParametersUnitChanged(CUnits::UnitType units)
 {
-    SetDisplayUnits(units);
-    if (DisplayUncertaintyUnits() != CUnits::PERCENT)
-        SetDisplayUncertaintyUnits(GetUncertaintyUnit(units));
+    followUnits(units);
 }
 
 void CMeasurementOperationViewModel::OnMeasureParametersUncertaintyUnitChanged(CUnits::UnitType units)
@@ -150,7 +126,7 @@ void CMeasurementOperationViewModel::record()
     pointDataSetAtLiveParameters();
     if (const QSharedPointer<CInstrument> instrument = m_operation->ActiveInstrument()) {
         dataSet()->SetInstrumentName(instrument->Model() + QLatin1Char(' ') + instrument->SerialNumber());
-        dataSet()->SetDate(now(QStringLiteral("yyyy.MM.dd HH:mm:ss")));
+        dataSet()->SetDate(presentTime(QStringLiteral("yyyy.MM.dd HH:mm:ss")));
     }
 }
 
@@ -211,8 +187,7 @@ void CMeasurementOperationViewModel::load()
     }
     stop();
 
-    const QString path = QFileDialog::getOpenFileName(nullptr, tr("Open File"),
-                                                      m_settings->DefaultStoragePath(), tr("XML (*.xml)"));
+    const QString path = askFileToOpen(tr("Open File"), *m_settings);
     if (path.isEmpty())
         return;
     if (recordingManager()->Load(path))
@@ -320,39 +295,25 @@ void CMeasurementOperationViewModel::openReplayRange()
 void CMeasurementOperationViewModel::save()
 {
     const CommandScope command(*this);
-    QString model;
-    QString serialNumber;
-    if (const QSharedPointer<CInstrument> instrument = m_operation->ActiveInstrument()) {
-        model = instrument->Model();
-        serialNumber = instrument->SerialNumber();
-    }
-    const QStringList parts{modelDigits(model), serialNumber, now(QStringLiteral("yyyy-MM-dd_HH.mm.ss")),
-                            QStringLiteral("measurement.qdr.xml")};
-    recordingManager()->Save(QFileDialog::getSaveFileName(
-        nullptr, tr("Save File"), inDefaultStorage(parts.join(QLatin1Char('_'))), tr("XML (*.xml)")));
+    const QString name =
+        recordFileName(m_operation->ActiveInstrument().data(), QStringLiteral("measurement"));
+    recordingManager()->Save(askFileToSave(tr("Save File"), name, *m_settings));
 }
 
 void CMeasurementOperationViewModel::saveParameters()
 {
     const CommandScope command(*this);
-    const QString fileName = QStringLiteral("MeasurementParameters-") +
-                             now(QStringLiteral("yyyy.MM.dd-HH.mm.ss")) + QStringLiteral(".xml");
-    m_operation->SaveParameters(QFileDialog::getSaveFileName(nullptr, tr("Save parameters to file"),
-                                                             inDefaultStorage(fileName), tr("XML (*.xml)")));
+    const QString name = QStringLiteral("MeasurementParameters-") +
+                         presentTime(QStringLiteral("yyyy.MM.dd-HH.mm.ss")) + QStringLiteral(".xml");
+    m_operation->SaveParameters(askFileToSave(tr("Save parameters to file"), name, *m_settings));
 }
 
 void CMeasurementOperationViewModel::loadParameters()
 {
     const CommandScope command(*this);
-    const QString path = QFileDialog::getOpenFileName(nullptr, tr("Open parameters to file"),
-                                                      m_settings->DefaultStoragePath(), tr("XML (*.xml)"));
+    const QString path = askFileToOpen(tr("Open parameters to file"), *m_settings);
     if (!path.isEmpty())
         m_operation->LoadParameters(path);
-}
-
-QString CMeasurementOperationViewModel::inDefaultStorage(const QString& fileName) const
-{
-    return m_settings->DefaultStoragePath() + QLatin1Char('/') + fileName;
 }
 
 void CMeasurementOperationViewModel::zeroOffset(bool forceCalibration)
@@ -372,10 +333,4 @@ void CMeasurementOperationViewModel::restoreZeroOffsetToFactory()
     const CommandScope command(*this);
     if (const QSharedPointer<CInstrument> instrument = m_operation->ActiveInstrument())
         instrument->RestoreZeroOffsetToFactory();
-}
-
-bool CMeasurementOperationViewModel::askToQuitOperation() const
-{
-    return CUtils::AskConfirmation(tr("Are you sure you want to quit the current operation?"),
-                                   tr("All the measured data will be lost"));
 }

@@ -108,8 +108,6 @@ private:
     void endRecord();
     void followLoad();
     void followFailedLoad();
-    bool askToQuitOperation() const;
-    QString inDefaultStorage(const QString& fileName) const;
 
     COperationMeasure* const m_operation;
     CSettings* const m_settings;

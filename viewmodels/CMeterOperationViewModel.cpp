@@ -10,7 +10,6 @@
 #include "Property.h"
 #include "SampleTime.h"
 #include "SmallBlockCutter.h"
-#include "UncertaintyConversion.h"
 
 #include <algorithm>
 #include <cmath>
@@ -257,14 +256,6 @@ void CMeterOperationViewModel::updateChart(const BlockPointer& block, BlockSourc
         chart.MoveToBlock(blocks, index, true);
     } else {
         chart.AddMeasureBlock(block);
-    }
-}
-
-void CMeterOperationViewModel::convertUncertainty(const CMeasureBlock& block) const
-{
-    for (const QSharedPointer<CFieldIntensityResult>& sample : block.Results) {
-        sample->SetDBConverted(
-            ConvertUncertainty(sample->dB(), sample->B(), DisplayUnits(), DisplayUncertaintyUnits()));
     }
 }
 

@@ -205,7 +205,6 @@ private:
     bool isChartBehind();
     void processBlock(const BlockPointer& block, TableRows tableRows, BlockSource source);
     void updateChart(const BlockPointer& block, BlockSource source);
-    void convertUncertainty(const CMeasureBlock& block) const;
     void updateLastBlockValues(const CMeasureBlock& block);
     void raiseMaximum(double& maximum, double value, void (CMeterOperationViewModel::*changed)(double));
     void updateCompass(const CMeasureBlock& block);

@@ -16,7 +16,7 @@ QVector3D toVector(const CFieldIntensityResult& sample)
 
 } // namespace
 
-QQuaternion fieldArrowRotation(double x, double y, double z)
+QQuaternion arrowRotation(const QVector3D& from, double x, double y, double z)
 {
     // Normalised in double: a field given in tesla is too small for QVector3D::normalize, which takes a
     // squared length of 1e-12 for zero.
@@ -27,7 +27,12 @@ QQuaternion fieldArrowRotation(double x, double y, double z)
         z /= length;
     }
     const QVector3D direction(static_cast<float>(x), static_cast<float>(y), static_cast<float>(z));
-    return QQuaternion::rotationTo(kZAxis, direction);
+    return QQuaternion::rotationTo(from, direction);
+}
+
+QQuaternion fieldArrowRotation(double x, double y, double z)
+{
+    return arrowRotation(kZAxis, x, y, z);
 }
 
 std::optional<QVector3D> viewAxisOfCameraPreset(int cameraPreset)

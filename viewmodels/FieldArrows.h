@@ -13,6 +13,10 @@
 /// In which sense the field turns about a view axis within a block, counted as in a right-handed system.
 enum class RotationSense { None, Positive, Negative };
 
+/// The rotation that takes the unit vector `from` to the direction of (x, y, z), whatever its length. The
+/// identity for a null vector.
+QQuaternion arrowRotation(const QVector3D& from, double x, double y, double z);
+
 /// The rotation that takes (0, 0, 1) to the direction of (x, y, z), whatever its length. The identity for a
 /// null vector.
 QQuaternion fieldArrowRotation(double x, double y, double z);
