@@ -89,7 +89,7 @@ void tst_CMainViewModel::surface()
     VERIFY_NO_DIFFERENCE(
         compareMethods(meta, QMetaMethod::Slot,
                        {"displayMeterPage()", "displaySpectrumPage()", "displayAcAnalysisPage()",
-                        "displayInstrumentSelectionPage()", "displaySettingsPage()", "displayHelp()",
+                        "displayMappingPage()", "displayInstrumentSelectionPage()", "displaySettingsPage()", "displayHelp()",
                         "exitApplicationAllowed()", "OnHasActiveInstrumentChanged()",
                         "OnInstrumentStatusChanged(QString)"}));
     VERIFY_NO_DIFFERENCE(compareMethods(meta, QMetaMethod::Method, {"ignoreSoftwareUpdate(QString)"}));
