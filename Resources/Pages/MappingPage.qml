@@ -77,6 +77,8 @@ MeasurementPage {
             uncertaintyUnit: ActivePageViewModel.DisplayUncertaintyUnits
             isCommentVisible: true
             isPositionVisible: true
+            // The shares of the many columns leave it nothing else.
+            timpestampColumnMinWidth: 200
             comment: ActivePageViewModel.CommentBlock
             bxLabel: qsTr("Bx'")
             byLabel: qsTr("By'")
