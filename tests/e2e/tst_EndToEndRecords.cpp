@@ -214,7 +214,8 @@ private slots:
         startWithDefaultInstrument();
         QVERIFY(driver().Click(QStringLiteral("mappingMenuButton")));
         QVERIFY(driver().WaitFor(QStringLiteral("mappingPage")));
-        for (const char* absent : {"recordButton", "stopButton", "holdButton", "playbackButton", "saveButton"})
+        for (const char* absent :
+             {"recordButton", "stopButton", "holdButton", "playbackButton", "saveButton"})
             QVERIFY2(!driver().IsVisible(QLatin1String(absent)), absent);
         // Two values of X, two of Y and, with the third that is typed here, three of Z.
         QVERIFY(driver().Click(QStringLiteral("zStopField")));
