@@ -5,6 +5,7 @@
 #include "CConnectionPageViewModel.h"
 #include "CInstrumentSupervisor.h"
 #include "CMapperPlugin.h"
+#include "CMappingOperationViewModel.h"
 #include "CMeterOperationViewModel.h"
 #include "COperationParameters.h"
 #include "COperationsManager.h"
@@ -70,6 +71,14 @@ void CMainViewModel::displaySpectrumPage()
 void CMainViewModel::displayAcAnalysisPage()
 {
     MoveToMeasurePage<CAcAnalysisOperationViewModel>(QStringLiteral("Pages/AcAnalysisPage.qml"));
+}
+
+void CMainViewModel::displayMappingPage()
+{
+    COperationMapping* operation = m_operationsManager->OperationMapping();
+    MoveToOperationPage({QStringLiteral("Pages/MappingPage.qml"), operation, [this, operation] {
+                             return new CMappingOperationViewModel(operation, m_settings, m_notifier);
+                         }});
 }
 
 template <class ViewModel> void CMainViewModel::MoveToMeasurePage(const QString& loaderSource)

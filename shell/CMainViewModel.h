@@ -90,6 +90,7 @@ public slots:
     void displayMeterPage();
     void displaySpectrumPage();
     void displayAcAnalysisPage();
+    void displayMappingPage();
     void displayInstrumentSelectionPage();
     /// Made anew, without a question, when it is on screen already.
     void displaySettingsPage();

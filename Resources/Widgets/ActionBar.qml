@@ -23,6 +23,20 @@ Row {
         return true;
     }
 
+    function buttonResumeMappingVisible() {
+        if (manager.IsPlayingBack)
+            return manager.IsHolding;
+        return isConnected && !ActiveOperation.SessionInProgress && !manager.IsIdleWithData;
+    }
+
+    function buttonHoldMappingVisible() {
+        return manager.IsPlayingBack && !manager.IsHolding && !manager.ReplayStepByStep;
+    }
+
+    function buttonLoadMappingVisible() {
+        return !manager.IsPlayingBack && !ActiveOperation.SessionInProgress;
+    }
+
     function isHoldPossible() {
         if (manager.IsPlayingBack)
             return !manager.IsHolding && !manager.ReplayStepByStep;

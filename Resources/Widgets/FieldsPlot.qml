@@ -2,7 +2,7 @@
 import QtQuick 2.15
 import "../Controls/Chart2D"
 
-// The time plot of a page of the measure operation.
+// The plot of the field on a page of an operation.
 MeasurementsChart2D {
     property QtObject chartData: null
 

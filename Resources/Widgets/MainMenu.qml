@@ -53,6 +53,21 @@ ColumnLayout {
         }
     }
 
+    MenuButton {
+        objectName: "mappingMenuButton"
+        Layout.fillWidth: true
+        Layout.preferredHeight: Style.MainMenuButtonHeight
+        text: qsTr("Mapping")
+        imageSource: "qrc:///Resources/Images/Menu/Mapping.svg"
+        isCurrent: ActivePageViewModel !== null && ActivePageViewModel.Name === "MappingOperation"
+        enabled: !MainViewModel.LoaderSourceChanging
+        visible: Settings.EnableMappingMode
+        onClicked: {
+            if (!isCurrent)
+                MainViewModel.displayMappingPage();
+        }
+    }
+
     Rectangle {
         Layout.fillWidth: true
         Layout.fillHeight: true

@@ -5,7 +5,7 @@ import QtQuick.Layouts 1.15
 import "../Controls"
 import "../Utils/Style.js" as Style
 
-// What the pages of the measure operation have in common: the commands, the number of the block, the tabs with one view
+// What the pages of the operations have in common: the commands, the number of the block, the tabs with one view
 // at a time, and the boxes of parameters at the right or, in the small layout, in a drawer. Children stand above the
 // view.
 Item {
@@ -17,6 +17,10 @@ Item {
     // Whether the numbers of the measurement box allow a measurement.
     property bool isMeasurementValid: true
     property bool stopBeforeEnd: false
+    // A map is taken from its start to its end: it is started, never resumed, and only its replay can be held.
+    property bool isMapping: false
+    property color viewColor: "transparent"
+    property int viewMargin: 0
 
     // Where the boxes of parameters belong at present; there is one set of them, which keeps what is typed and expanded.
     readonly property Item boxArea: MainViewModel.SmallWindowSize ? parametersDrawer.boxArea : parametersPanel.boxArea
@@ -69,9 +73,9 @@ Item {
 
             ActionButton {
                 objectName: "resumeButton"
-                text: qsTr("Resume")
+                text: page.isMapping ? qsTr("Start") : qsTr("Resume")
                 imageSource: "qrc:///Resources/Images/Play.svg"
-                visible: actionBar.buttonResumeMeasurementVisible()
+                visible: page.isMapping ? actionBar.buttonResumeMappingVisible() : actionBar.buttonResumeMeasurementVisible()
                 enabled: page.isMeasurementValid
                 onClicked: ActivePageViewModel.resume()
             }
@@ -88,7 +92,7 @@ Item {
                 objectName: "holdButton"
                 text: qsTr("Hold")
                 imageSource: "qrc:///Resources/Images/Pause.svg"
-                visible: actionBar.buttonHoldVisible()
+                visible: page.isMapping ? actionBar.buttonHoldMappingVisible() : actionBar.buttonHoldVisible()
                 onClicked: ActivePageViewModel.hold()
             }
 
@@ -96,7 +100,7 @@ Item {
                 objectName: "recordButton"
                 text: qsTr("Record")
                 imageSource: "qrc:///Resources/Images/Record.svg"
-                visible: actionBar.buttonRecordVisible()
+                visible: !page.isMapping && actionBar.buttonRecordVisible()
                 enabled: page.isMeasurementValid
                 onClicked: ActivePageViewModel.record()
             }
@@ -129,7 +133,7 @@ Item {
                 objectName: "loadButton"
                 text: qsTr("Load")
                 imageSource: "qrc:///Resources/Images/Load.svg"
-                visible: actionBar.buttonLoadVisible()
+                visible: page.isMapping ? actionBar.buttonLoadMappingVisible() : actionBar.buttonLoadVisible()
                 onClicked: ActivePageViewModel.load()
             }
 
@@ -164,12 +168,18 @@ Item {
             spacing: 10
         }
 
-        Loader {
-            id: contentLoader
-
-            objectName: "contentLoader"
+        Rectangle {
             Layout.fillWidth: true
             Layout.fillHeight: true
+            color: page.viewColor
+
+            Loader {
+                id: contentLoader
+
+                objectName: "contentLoader"
+                anchors.fill: parent
+                anchors.margins: page.viewMargin
+            }
         }
 
         TabBar {

@@ -61,6 +61,20 @@ ColumnLayout {
         }
     }
 
+    SmallMenuButton {
+        objectName: "smallMappingMenuButton"
+        Layout.preferredHeight: Style.SmallMainMenuButtonHeight
+        text: qsTr("Mapping")
+        imageSource: "qrc:///Resources/Images/Menu/Mapping.svg"
+        isExpanded: MainViewModel.PageMenuExpanded
+        isCurrent: ActivePageViewModel !== null && ActivePageViewModel.Name === "MappingOperation"
+        visible: Settings.EnableMappingMode
+        onClicked: {
+            if (!isCurrent)
+                MainViewModel.displayMappingPage();
+        }
+    }
+
     Item {
         Layout.fillHeight: true
     }

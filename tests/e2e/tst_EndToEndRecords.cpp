@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QQuickItem>
+#include <QQuickWindow>
 #include <QTest>
 #include <QXmlStreamReader>
 
@@ -31,6 +32,20 @@ int samplesInRecord(const QString& path)
 class tst_EndToEndRecords : public EndToEndTest
 {
     Q_OBJECT
+
+    /// The page shows the last corner of the grid.
+    void verifyLastPlaceOfMap(int places)
+    {
+        QCOMPARE(driver().Text(QStringLiteral("blockLine"), QStringLiteral("value")),
+                 QString::number(places));
+        const auto shown = [this](const char* name) {
+            return driver().Text(QLatin1String(name), QStringLiteral("value"));
+        };
+        QCOMPARE(shown("positionXDisplayer"), QStringLiteral("1.000"));
+        QCOMPARE(shown("positionYDisplayer"), QStringLiteral("1.000"));
+        QCOMPARE(shown("positionZDisplayer"), QStringLiteral("2.000"));
+        QCOMPARE(shown("orientationYawDisplayer"), QStringLiteral("0.00"));
+    }
 
 private slots:
     void connectMeasureRecordSaveLoad()
@@ -191,6 +206,67 @@ private slots:
         QVERIFY(scenario().Flag("IsIdleWithData"));
         QCOMPARE(scenario().RecordingManager()->property("ReplayIndex").toInt(), recorded - 1);
         QVERIFY(!saveRecord(QStringLiteral("replayed.qdr.xml")).isEmpty());
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void mapIsMadeSavedLoadedAndReplayed()
+    {
+        startWithDefaultInstrument();
+        QVERIFY(driver().Click(QStringLiteral("mappingMenuButton")));
+        QVERIFY(driver().WaitFor(QStringLiteral("mappingPage")));
+        for (const char* absent :
+             {"recordButton", "stopButton", "holdButton", "playbackButton", "saveButton"})
+            QVERIFY2(!driver().IsVisible(QLatin1String(absent)), absent);
+        // Two values of X, two of Y and, with the third that is typed here, three of Z.
+        QVERIFY(driver().Click(QStringLiteral("zStopField")));
+        QTest::keyClick(driver().Window(), Qt::Key_A, Qt::ControlModifier);
+        driver().Key(Qt::Key_2);
+        driver().Key(Qt::Key_Tab);
+        const int places = 12;
+
+        QVERIFY(driver().Click(QStringLiteral("resumeButton")));
+        QVERIFY(driver().WaitFor(QStringLiteral("stopButton")));
+        QVERIFY(!driver().IsVisible(QStringLiteral("holdButton")));
+        QVERIFY(!driver().IsVisible(QStringLiteral("loadButton")));
+        QVERIFY(!driver().Find(QStringLiteral("zStopField"))->isEnabled());
+        QVERIFY(!driver().Find(QStringLiteral("blockSizeField"))->isEnabled());
+        // The map ends by itself.
+        QTRY_VERIFY_WITH_TIMEOUT(scenario().Flag("IsIdleWithData"), 20000);
+        verifyLastPlaceOfMap(places);
+        QVERIFY(!driver().IsVisible(QStringLiteral("mappingBox")));
+        const int blockSize = 10;
+        const QString path = saveRecord(QStringLiteral("map.qdr.xml"));
+        QVERIFY(!path.isEmpty());
+        QVERIFY(answers().LastProposal().endsWith(QStringLiteral("_mapping.qdr.xml")));
+        QCOMPARE(samplesInRecord(path), places * blockSize);
+
+        answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
+        QVERIFY(driver().Click(QStringLiteral("endButton")));
+        QTRY_COMPARE(blocks(), 0);
+        QCOMPARE(driver().Text(QStringLiteral("positionZDisplayer"), QStringLiteral("value")),
+                 QStringLiteral("0.000"));
+        answers().ExpectFileDialog(QStringLiteral("Open File"), path);
+        QVERIFY(driver().Click(QStringLiteral("loadButton")));
+        QTRY_COMPARE(blocks(), places);
+        QVERIFY(!driver().IsVisible(QStringLiteral("saveButton")));
+        verifyLastPlaceOfMap(places);
+
+        QVERIFY(driver().Click(QStringLiteral("tableTab")));
+        QVERIFY(driver().WaitFor(QStringLiteral("resultsTable")));
+        QTRY_COMPARE(driver().Find(QStringLiteral("resultsTable"))->property("rowCount").toInt(), places);
+        QVERIFY(driver().Click(QStringLiteral("plotTab")));
+        QVERIFY(driver().WaitFor(QStringLiteral("filterBox")));
+        QVERIFY(driver().Click(QStringLiteral("vectorTab")));
+        QVERIFY(driver().WaitFor(QStringLiteral("vectorsChart3D")));
+        QVERIFY(!driver().IsVisible(QStringLiteral("filterBox")));
+        QVERIFY(driver().Click(QStringLiteral("numericTab")));
+        QVERIFY(driver().WaitFor(QStringLiteral("mappingNumeric")));
+
+        QVERIFY(driver().Click(QStringLiteral("playbackButton")));
+        QTRY_VERIFY(scenario().Flag("IsPlayingBack"));
+        QTRY_VERIFY_WITH_TIMEOUT(!scenario().Flag("IsPlayingBack"), 20000);
+        verifyLastPlaceOfMap(places);
+        answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
         QVERIFY(scenario().CloseWindow());
     }
 

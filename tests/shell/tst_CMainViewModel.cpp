@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CAcAnalysisOperationViewModel.h"
 #include "CConnectionPageViewModel.h"
+#include "CMappingOperationViewModel.h"
 #include "CMeterOperationViewModel.h"
 #include "CSpectrumOperationViewModel.h"
 #include "MainViewModelFixture.h"
@@ -42,6 +43,7 @@ private slots:
 
     void meterPage();
     void pagesOfTheMeasureOperation();
+    void mappingPageHasItsOwnOperation();
     void meterPageChangesInOrder();
     void repeatedMeterPageMakesANewViewModel();
     void meterToMeterAsksNothing();
@@ -89,8 +91,8 @@ void tst_CMainViewModel::surface()
     VERIFY_NO_DIFFERENCE(
         compareMethods(meta, QMetaMethod::Slot,
                        {"displayMeterPage()", "displaySpectrumPage()", "displayAcAnalysisPage()",
-                        "displayInstrumentSelectionPage()", "displaySettingsPage()", "displayHelp()",
-                        "exitApplicationAllowed()", "OnHasActiveInstrumentChanged()",
+                        "displayMappingPage()", "displayInstrumentSelectionPage()", "displaySettingsPage()",
+                        "displayHelp()", "exitApplicationAllowed()", "OnHasActiveInstrumentChanged()",
                         "OnInstrumentStatusChanged(QString)"}));
     VERIFY_NO_DIFFERENCE(compareMethods(meta, QMetaMethod::Method, {"ignoreSoftwareUpdate(QString)"}));
 }
@@ -176,6 +178,21 @@ void tst_CMainViewModel::pagesOfTheMeasureOperation()
     QVERIFY(answers.texts.isEmpty());
     deleteDeferred();
     QVERIFY(!meter);
+}
+
+void tst_CMainViewModel::mappingPageHasItsOwnOperation()
+{
+    connectInstrument("1");
+    BoxAnswers answers;
+    m_main->displayMeterPage();
+    m_main->displayMappingPage();
+    QCOMPARE(m_main->LoaderSource(), QStringLiteral("Pages/MappingPage.qml"));
+    QVERIFY(qobject_cast<CMappingOperationViewModel*>(m_main->pActivePageViewModel()));
+    QCOMPARE(m_main->pActivePageViewModel()->Name(), QStringLiteral("MappingOperation"));
+    QCOMPARE(contextObject("ActivePageViewModel"), m_main->pActivePageViewModel());
+    QCOMPARE(contextObject("ActiveOperation"), m_operations->OperationMapping());
+    QVERIFY(m_operations->GetActiveOperation() == m_operations->OperationMapping());
+    QVERIFY(answers.texts.isEmpty());
 }
 
 void tst_CMainViewModel::meterPageChangesInOrder()
