@@ -42,14 +42,14 @@ bool CInstrumentPluginCheck::takeProvider()
 
 void CInstrumentPluginCheck::awaitList()
 {
-    bool isAnnounced = false;
+    const auto isAnnounced = std::make_shared<bool>(false);
     // In the main thread, as the application gets it.
     QObject receiver;
     QObject::connect(m_provider, &CInstrumentListProvider::InstrumentListUpdated, &receiver,
-                     [&isAnnounced] { isAnnounced = true; });
-    m_run.Wait("InstrumentListUpdated", m_run.Options().waitMs, [&isAnnounced] { return isAnnounced; });
+                     [isAnnounced] { *isAnnounced = true; });
+    m_run.Wait("InstrumentListUpdated", m_run.Options().waitMs, [&isAnnounced] { return *isAnnounced; });
     m_instruments = askForList();
-    if (!isAnnounced && !m_instruments.isEmpty())
+    if (!*isAnnounced && !m_instruments.isEmpty())
         m_run.Find("list-not-announced", QStringLiteral("%1 instruments").arg(m_instruments.size()));
 }
 

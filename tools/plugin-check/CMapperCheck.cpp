@@ -6,6 +6,9 @@
 #include "SignalCounter.h"
 
 #include <cmath>
+#include <memory>
+#include <optional>
+#include <utility>
 
 namespace {
 
@@ -165,21 +168,17 @@ bool CMapperCheck::moveBy(double distance)
 
 bool CMapperCheck::waitForAcquire()
 {
-    CPosition position;
-    COrientation orientation;
-    bool isAsked = false;
+    const auto asked = std::make_shared<std::optional<std::pair<CPosition, COrientation>>>();
     // As in the application, queued: the arguments cross the threads by value.
     QObject receiver;
     QObject::connect(
         m_onTheFly, &CMapperPluginOnTheFly::Acquire, &receiver,
-        [&](const CPosition& at, const COrientation& turned) {
-            position = at;
-            orientation = turned;
-            isAsked = true;
+        [asked](const CPosition& position, const COrientation& orientation) {
+            asked->emplace(position, orientation);
         },
         Qt::QueuedConnection);
-    if (!m_run.Wait("Acquire", m_run.Options().waitMs, [&isAsked] { return isAsked; }))
+    if (!m_run.Wait("Acquire", m_run.Options().waitMs, [&asked] { return asked->has_value(); }))
         return false;
-    checkFinite(position, orientation);
+    checkFinite((*asked)->first, (*asked)->second);
     return true;
 }

@@ -42,7 +42,7 @@ int signalIndex(const char* signature)
 CPropertyWatch::CPropertyWatch(CCheckRun& run, CInstrument& instrument) : m_run(run), m_instrument(instrument)
 {
     const QMetaObject& meta = CInstrument::staticMetaObject;
-    const QMetaMethod slot = metaObject()->method(metaObject()->indexOfSlot("onSignal()"));
+    const int slot = staticMetaObject.indexOfSlot("onSignal()");
     for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
         const QMetaProperty property = meta.property(i);
         // The parameters are the application's.
@@ -52,7 +52,7 @@ CPropertyWatch::CPropertyWatch(CCheckRun& run, CInstrument& instrument) : m_run(
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
         const QMetaMethod method = meta.method(i);
         if (method.methodType() == QMetaMethod::Signal && method.name() != "OnNewMeasureBlock")
-            connect(&m_instrument, method, this, slot, Qt::DirectConnection);
+            QMetaObject::connect(&m_instrument, i, this, slot, Qt::DirectConnection);
     }
     m_values = values();
 }

@@ -152,10 +152,12 @@ void checkCapabilities(CCheckRun& run, CInstrument& instrument)
     checkBounds(run, instrument);
 
     QJsonArray units;
-    for (const CUnits::UnitType unit : instrument.UnitList())
+    const QList<CUnits::UnitType> unitList = instrument.UnitList();
+    for (const CUnits::UnitType unit : unitList)
         units.append(UnitToText(unit));
     QJsonArray modes;
-    for (const CTrigger::TriggerMode mode : instrument.TriggerList())
+    const QList<CTrigger::TriggerMode> triggerList = instrument.TriggerList();
+    for (const CTrigger::TriggerMode mode : triggerList)
         modes.append(TriggerModeToText(mode));
     run.Fact(instrument.SerialNumber() + QStringLiteral(" units"), units);
     run.Fact(instrument.SerialNumber() + QStringLiteral(" trigger modes"), modes);
