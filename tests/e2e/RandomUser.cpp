@@ -15,6 +15,12 @@ void RandomUser::OpenTab(int index) const
         tabs->setProperty("currentIndex", index);
 }
 
+void RandomUser::OpenAnyTab()
+{
+    if (const QQuickItem* tabs = driver().Find(QStringLiteral("tabBar")))
+        OpenTab(UpTo(tabs->property("count").toInt()));
+}
+
 void RandomUser::Press(const char* name) const
 {
     QQuickItem* item = driver().Find(QLatin1String(name));
@@ -50,7 +56,10 @@ void RandomUser::ActOnThePlot()
     case 6:
         return plot.Drag(plot.At(0.3, 0.3), plot.At(0.6, 0.6));
     default:
-        plot.Model()->setProperty("AveragingModeIndex", UpTo(3));
+        // A spectrum has no averages.
+        const int mode = UpTo(3);
+        if (QObject* model = plot.Model())
+            model->setProperty("AveragingModeIndex", mode);
     }
 }
 

@@ -3,6 +3,7 @@
 // does anything, and an account of what the process holds. One page for each run, named as the test function;
 // KESTRIX_SOAK_MINUTES says how long. scripts/soak.sh runs all of them.
 #include "CApplication.h"
+#include "COperationMapping.h"
 #include "COperationMeasure.h"
 #include "EndToEndTest.h"
 #include "RandomUser.h"
@@ -16,6 +17,7 @@
 #include <QTextStream>
 
 #include <algorithm>
+#include <cstdio>
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -74,8 +76,10 @@ private:
     qint64 m_delivered = 0;
     int m_actions = 0;
     int m_saved = 0;
+    bool m_isMapping = false;
 
     CMainViewModel& shell() { return *scenario().Application()->MainViewModel(); }
+    static QString recordPath() { return QDir::current().filePath(QStringLiteral("soak.qdr.xml")); }
     void command(const char* name) { QMetaObject::invokeMethod(scenario().PageViewModel(), name); }
 
     void look(double minutes)
@@ -100,6 +104,8 @@ private:
                                    .arg(now.threads)
                                    .arg(now.objects)
                                    .arg(now.blocks);
+        // Whoever waits for it wants to look on.
+        std::fflush(stdout);
     }
 
     /// Whatever state the page is in: recording again.
@@ -109,7 +115,8 @@ private:
             command("end");
             return;
         }
-        if (!scenario().Flag("IsRecording"))
+        // A map is a record by itself.
+        if (!m_isMapping && !scenario().Flag("IsRecording"))
             command("record");
         if (driver().IsVisible(QStringLiteral("resumeButton")))
             command("resume");
@@ -121,10 +128,12 @@ private:
         if (!scenario().Flag("IsIdleWithData"))
             return;
         if (user.UpTo(2) == 0) {
+            // The dialog would ask whether to overwrite the one before.
+            QFile::remove(recordPath());
             command("save");
             ++m_saved;
         } else {
-            command("start");
+            command(m_isMapping ? "end" : "start");
         }
     }
 
@@ -134,7 +143,7 @@ private:
         case 0:
         case 1:
         case 2:
-            return user.OpenTab(user.UpTo(3));
+            return user.OpenAnyTab();
         case 3:
         case 4:
         case 5:
@@ -192,16 +201,31 @@ private:
             "<Units>µT</Units><AcquisitionRate>1000</AcquisitionRate><DisplayRate>50</DisplayRate>"
             "<TriggerMode>Continuous</TriggerMode>"));
         Scenario::WriteApplicationSettings(
-            QStringLiteral("<MeasurementMaxMeasurementCount>%1</MeasurementMaxMeasurementCount>")
+            QStringLiteral("<MeasurementMaxMeasurementCount>%1</MeasurementMaxMeasurementCount>"
+                           "<MappingMaxMeasurementCount>%1</MappingMaxMeasurementCount>")
                 .arg(kHistory));
+        // Forty thousand places, one after the other without a rest.
+        Scenario::WriteMapperSettings(QStringLiteral("[Gantry]\nSpeed=1000000\nSettleMs=0\n"));
+        Scenario::WriteMappingSettings(QStringLiteral(
+            "<MEASUREMENT_PARAMETERS><Units>µT</Units><AcquisitionRate>1000</AcquisitionRate>"
+            "<DisplayRate>50</DisplayRate><TriggerMode>Immediate</TriggerMode></MEASUREMENT_PARAMETERS>"
+            "<MAPPING_PARAMETERS><Mapper>Simulated "
+            "gantry</Mapper><Source>Cartesian</Source><MAPPING_POSITION_PARAMETERS>"
+            "<X><Start>-100</Start><Stop>100</Stop><Step_Size>1</Step_Size></X>"
+            "<Y><Start>-100</Start><Stop>100</Stop><Step_Size>1</Step_Size></Y>"
+            "<Z><Start>0</Start><Stop>0</Stop><Step_Size>1</Step_Size></Z>"
+            "</MAPPING_POSITION_PARAMETERS></MAPPING_PARAMETERS>"));
         startWithDefaultInstrument();
         RandomUser user(scenario(), kSeed);
         answers().AnswerAlways(kQuitQuestion, [] { return QMessageBox::Ok; });
-        answers().AnswerFileDialogAlways(QStringLiteral("Save File"),
-                                         QDir::current().filePath(QStringLiteral("soak.qdr.xml")));
+        answers().AnswerFileDialogAlways(QStringLiteral("Save File"), recordPath());
         (shell().*display)();
-        connect(qobject_cast<COperationMeasure*>(scenario().ActiveOperation()),
-                &COperationMeasure::NewMeasure, this, [this] { ++m_delivered; });
+        const auto count = [this] { ++m_delivered; };
+        if (auto* mapping = qobject_cast<COperationMapping*>(scenario().ActiveOperation()))
+            connect(mapping, &COperationMapping::NewMeasure, this, count);
+        else
+            connect(qobject_cast<COperationMeasure*>(scenario().ActiveOperation()),
+                    &COperationMeasure::NewMeasure, this, count);
         record();
 
         QElapsedTimer clock;
@@ -228,6 +252,11 @@ private slots:
     void meter() { soak(&CMainViewModel::displayMeterPage); }
     void spectrum() { soak(&CMainViewModel::displaySpectrumPage); }
     void acAnalysis() { soak(&CMainViewModel::displayAcAnalysisPage); }
+    void mapping()
+    {
+        m_isMapping = true;
+        soak(&CMainViewModel::displayMappingPage);
+    }
 };
 
 END_TO_END_MAIN(Soak)
