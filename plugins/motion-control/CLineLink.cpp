@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#include "CLineLink.h"
+
+#include <QElapsedTimer>
+
+CLineLink::Input CLineLink::Read(QByteArray& line, int waitMs)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!m_splitter.Take(line)) {
+        const qint64 left = waitMs - timer.elapsed();
+        if (left < 0)
+            return Input::Nothing;
+        QByteArray bytes;
+        if (!ReadBytes(bytes, static_cast<int>(left)))
+            return Input::Lost;
+        if (bytes.isEmpty() && left == 0)
+            return Input::Nothing;
+        m_splitter.Add(bytes);
+    }
+    return Input::Line;
+}

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "CMachineController.h"
+
+#include <QCoreApplication>
+
+#include <utility>
+
+namespace {
+
+/// How soon an interruption is seen.
+constexpr int kSliceMs = 10;
+constexpr double kDigitsOfMove = 1000;
+constexpr char kMoveLetters[] = "XYZ";
+
+QString trMachine(const char* text)
+{
+    return QCoreApplication::translate("CMachineController", text);
+}
+
+} // namespace
+
+CMachineController::CMachineController(CLineLink& link, StageSettings settings, const MachineTimes& times,
+                                       MachineHooks hooks)
+    : m_link(link), m_settings(std::move(settings)), m_times(times), m_hooks(std::move(hooks))
+{
+    m_heard.start();
+}
+
+MachineResult CMachineController::MoveTo(const StagePlace& place, double feed)
+{
+    StagePlace goal = sumOf(place, m_settings.offset);
+    for (size_t axis = 0; axis < goal.size(); ++axis) {
+        goal[axis] = std::round(goal[axis] * kDigitsOfMove) / kDigitsOfMove;
+        // Written so that not-a-number is refused, too.
+        if (!(goal[axis] >= m_settings.min[axis] && goal[axis] <= m_settings.max[axis]) ||
+            !std::isfinite(goal[axis]))
+            return refused(trMachine("%1 %2 mm is outside the limits of the settings")
+                               .arg(QLatin1Char(kMoveLetters[axis]))
+                               .arg(goal[axis]));
+    }
+    return moveTo(goal, feed);
+}
+
+CLineLink::Input CMachineController::readLine(QByteArray& line)
+{
+    const CLineLink::Input input = m_link.Read(line, kSliceMs);
+    if (input == CLineLink::Input::Line)
+        m_heard.start();
+    m_hooks.onTick();
+    return input;
+}
+
+void CMachineController::tellPlace(const StagePlace& workPlace)
+{
+    m_hooks.onPlace(differenceOf(workPlace, m_settings.offset));
+}
+
+MachineResult CMachineController::silent() const
+{
+    return {MachineResult::Kind::Silent,
+            trMachine("controller silent: %1 gives no answer").arg(m_settings.port)};
+}
+
+QByteArray CMachineController::moveLine(const StagePlace& place, double feed)
+{
+    QByteArray line = feed > 0 ? "G1" : "G0";
+    for (size_t axis = 0; axis < place.size(); ++axis) {
+        line += ' ';
+        line += kMoveLetters[axis];
+        line += QByteArray::number(place[axis], 'f', 3);
+    }
+    if (feed > 0)
+        line += " F" + QByteArray::number(feed, 'f', 1);
+    return line;
+}
