@@ -206,15 +206,15 @@ private:
                 .arg(kHistory));
         // Forty thousand places, one after the other without a rest.
         Scenario::WriteMapperSettings(QStringLiteral("[Gantry]\nSpeed=1000000\nSettleMs=0\n"));
-        Scenario::WriteMappingSettings(QStringLiteral(
-            "<MEASUREMENT_PARAMETERS><Units>µT</Units><AcquisitionRate>1000</AcquisitionRate>"
-            "<DisplayRate>50</DisplayRate><TriggerMode>Immediate</TriggerMode></MEASUREMENT_PARAMETERS>"
-            "<MAPPING_PARAMETERS><Mapper>Simulated "
-            "gantry</Mapper><Source>Cartesian</Source><MAPPING_POSITION_PARAMETERS>"
-            "<X><Start>-100</Start><Stop>100</Stop><Step_Size>1</Step_Size></X>"
-            "<Y><Start>-100</Start><Stop>100</Stop><Step_Size>1</Step_Size></Y>"
-            "<Z><Start>0</Start><Stop>0</Stop><Step_Size>1</Step_Size></Z>"
-            "</MAPPING_POSITION_PARAMETERS></MAPPING_PARAMETERS>"));
+        Scenario::WriteMappingSettings(
+            QStringLiteral("<Units>µT</Units><AcquisitionRate>1000</AcquisitionRate>"
+                           "<DisplayRate>50</DisplayRate><TriggerMode>Immediate</TriggerMode>"),
+            QStringLiteral("<Mapper>Simulated gantry</Mapper><Source>Cartesian</Source>"
+                           "<MAPPING_POSITION_PARAMETERS>"
+                           "<X><Start>-100</Start><Stop>100</Stop><Step_Size>1</Step_Size></X>"
+                           "<Y><Start>-100</Start><Stop>100</Stop><Step_Size>1</Step_Size></Y>"
+                           "<Z><Start>0</Start><Stop>0</Stop><Step_Size>1</Step_Size></Z>"
+                           "</MAPPING_POSITION_PARAMETERS>"));
         startWithDefaultInstrument();
         RandomUser user(scenario(), kSeed);
         answers().AnswerAlways(kQuitQuestion, [] { return QMessageBox::Ok; });
