@@ -106,15 +106,7 @@ void MeasurementsChartTest::addSamples(int count, double periodS, const std::fun
 
 QQuickItem* MeasurementsChartTest::item(const char* name) const
 {
-    const QString wanted = QString::fromLatin1(name);
-    QList<QQuickItem*> open{m_view->rootObject()};
-    while (!open.isEmpty()) {
-        QQuickItem* candidate = open.takeFirst();
-        if (candidate->objectName() == wanted)
-            return candidate;
-        open.append(candidate->childItems());
-    }
-    return nullptr;
+    return QmlTestSetup::FindItem(m_view->rootObject(), name);
 }
 
 QVector<QObject*> MeasurementsChartTest::sprites() const
