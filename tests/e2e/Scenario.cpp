@@ -105,11 +105,6 @@ void Scenario::WriteMeasureSettings(const QString& elements)
                   .arg(elements));
 }
 
-void Scenario::WriteMapperSettings(const QString& text)
-{
-    writeFile(pluginSettingsPath("KestrixSimulatedMapper.ini"), text);
-}
-
 void Scenario::WriteMappingSettings(const QString& measurement, const QString& mapping)
 {
     writeFile(SettingsDirectoryPath + QStringLiteral("/KestrixMappingSettings.xml"),

@@ -31,7 +31,6 @@ public:
     static void WriteDefaultInstrument(const QString& name, const QString& serialNumber);
     static void WriteApplicationSettings(const QString& elements);
     static void WriteMeasureSettings(const QString& elements);
-    static void WriteMapperSettings(const QString& text);
     static void WriteMappingSettings(const QString& measurement, const QString& mapping);
 
     /// Starts the program and waits for its window; returns how long it took in milliseconds.
