@@ -18,5 +18,5 @@ done
 # Tests of the window wait for its timers most of the time.
 for preset in "${presets[@]}"; do
     echo "== $preset: test"
-    ctest --preset "$preset" -j $((jobs + 1)) --timeout 300
+    ctest --preset "$preset" -j $((2 * jobs)) --timeout 300
 done

@@ -45,12 +45,13 @@ QString serialNumberAt(const QString& first, int index)
 } // namespace
 
 CSimulatedInstrument::CSimulatedInstrument(const SimulationSettings& settings, int index)
-    : m_settings(settings)
+    : m_settings(settings), m_vanishTimer(this)
 {
     SetName(tr("Simulated instrument"));
     SetSerialNumber(serialNumberAt(settings.serialNumber, index));
     SetInterface(CInstrumentInterface::USB);
     SetRessourceName(QStringLiteral("simulated://%1").arg(index + 1));
+    m_vanishTimer.setObjectName(QStringLiteral("vanishTimer"));
     m_vanishTimer.setSingleShot(true);
     connect(&m_vanishTimer, &QTimer::timeout, this, &CSimulatedInstrument::vanish);
 }

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "CFakeTriggerPlugin.h"
-#include "CMeasurementParametersViewModel.h"
-#include "COperationMeasure.h"
+// The surface, the state without an instrument, and the choice of the units.
 #include "DialogDriver.h"
+#include "MeasurementParametersFixture.h"
 #include "MetaObjectTable.h"
-#include "OperationFixture.h"
 #include "PropertyLog.h"
 
 #include <QSignalSpy>
@@ -12,49 +10,25 @@
 
 namespace {
 
-using ViewModel = CMeasurementParametersViewModel;
-using ViewModelPointer = std::unique_ptr<ViewModel>;
-using Units = QList<CUnits::UnitType>;
-
 const QString kUnitQuestion =
     QStringLiteral("Are you sure you want to change units?|All the measured data will be lost");
 
-QStringList words(const char* text)
-{
-    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
-
-QString text(const QVariantList& ranges)
-{
-    QStringList entries;
-    for (const QVariant& range : ranges) {
-        const QVariantMap map = range.toMap();
-        entries.append(map.value(QStringLiteral("first")).toString() +
-                       map.value(QStringLiteral("second")).toString());
-    }
-    return entries.join(QLatin1Char(' '));
-}
-
 } // namespace
 
-Q_DECLARE_METATYPE(CTrigger::TriggerMode)
-
-class tst_CMeasurementParametersViewModel : public QObject
+class tst_CMeasurementParametersViewModel : public QObject, private MeasurementParametersFixture
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
+
     void surface();
     void constants();
     void withoutInstrument();
     void withoutInstrumentNothingCanBeChosen();
     void takesTheParameters();
     void unitsWithoutRawCounts();
-    void rangeTexts();
-    void rangesOfAnInstrumentWithoutAny();
-    void triggerNames();
     void uncertaintyUnits_data();
     void uncertaintyUnits();
     void uncertaintyInPercentStays();
@@ -68,64 +42,11 @@ private slots:
     void positionOfRawCounts();
     void followsTheUnits();
     void choosesAnUncertaintyUnit();
-    void choosesARange();
-    void automaticRange();
-    void followsTheRange();
-    void unlistedRangeFallsBack();
-    void unlistedRangeWhileThePageIsOpen();
-    void choosesATrigger_data();
-    void choosesATrigger();
-    void triggerWithoutContinuous_data();
-    void triggerWithoutContinuous();
-    void instrumentWithSomeTriggers();
-    void visibilityIsAnnouncedEachTime();
-    void triggerPlugins();
-    void withoutTriggerPlugins();
     void rawCounts();
-    void instrumentUpdates();
-    void instrumentUpdateIsAnnouncedOnlyIfItDiffers();
     void rawCountsUpdateIsNotHeard();
-    void loadedParameters();
-    void loadedListOfAnotherLength();
-    void choicesSurviveTheViewModel();
     void deletedViewModelHearsNothing();
     void deletedBehindTheQuestion();
-
-private:
-    CMeasurementParameters& parameters()
-    {
-        return *m_operation->OperationParameters()->MeasurementParameters();
-    }
-    CFakeInstrument& instrument() { return *m_fixture->instrument(0); }
-    ViewModelPointer make(bool excludeContinuous = false)
-    {
-        return std::make_unique<ViewModel>(m_operation.get(), excludeContinuous);
-    }
-    void addBlock() { m_operation->RecordingManager()->AddMeasureBlock(CFakeInstrument::MakeBlock(2)); }
-
-    std::unique_ptr<OperationFixture> m_fixture;
-    std::unique_ptr<COperationMeasure> m_operation;
 };
-
-/// Instrument 1 is connected: ranges 0.001, 0.1 and 1 T, units T to ADC, all triggers; unit in force is mT.
-void tst_CMeasurementParametersViewModel::init()
-{
-    m_fixture = std::make_unique<OperationFixture>();
-    m_operation = std::make_unique<COperationMeasure>(&m_fixture->settings, &m_fixture->plugins,
-                                                      &m_fixture->supervisor);
-    m_fixture->connectInstrument(0);
-    parameters().SetUnits(CUnits::MILLI_TESLA);
-    parameters().SetDisplayUnits(CUnits::MILLI_TESLA);
-    parameters().SetUncertaintyUnits(CUnits::MILLI_TESLA);
-    parameters().SetTriggerMode(CTrigger::CONTINUOUS);
-    parameters().SetAutoRange(true);
-}
-
-void tst_CMeasurementParametersViewModel::cleanup()
-{
-    m_operation.reset();
-    m_fixture.reset();
-}
 
 void tst_CMeasurementParametersViewModel::surface()
 {
@@ -269,35 +190,6 @@ void tst_CMeasurementParametersViewModel::unitsWithoutRawCounts()
     QCOMPARE(make()->UnitsList(), words("T kA/m"));
     parameters().SetEnableAdcUnit(true);
     QCOMPARE(make()->UnitsList(), words("ADC T kA/m"));
-}
-
-void tst_CMeasurementParametersViewModel::rangeTexts()
-{
-    instrument().SetRangeList({1e-6F, 0.1F, 3.0F, 12345678.0F});
-    QCOMPARE(text(make()->Ranges()), QStringLiteral("Auto 1e-06[T] 0.1[T] 3[T] 1.23457e+07[T]"));
-    const QVariantMap first = make()->Ranges().constFirst().toMap();
-    QCOMPARE(first.keys(), words("first second"));
-    QCOMPARE(first.value(QStringLiteral("second")).toString(), QString());
-}
-
-void tst_CMeasurementParametersViewModel::rangesOfAnInstrumentWithoutAny()
-{
-    instrument().SetRangeList({});
-    parameters().SetAutoRange(false);
-    parameters().SetRange(0.5F);
-    const ViewModelPointer viewModel = make();
-    QCOMPARE(text(viewModel->Ranges()), QStringLiteral("Auto"));
-    QCOMPARE(viewModel->SelectedRangeIndex(), 0);
-    QCOMPARE(parameters().Range(), 0.5F);
-    QVERIFY(parameters().AutoRange());
-}
-
-void tst_CMeasurementParametersViewModel::triggerNames()
-{
-    instrument().SetTriggerList(
-        {CTrigger::EXTERNAL, static_cast<CTrigger::TriggerMode>(9), CTrigger::CONTINUOUS});
-    QCOMPARE(make()->Triggers(), words("External Continuous"));
-    QCOMPARE(make(true)->Triggers(), words("Immediate Timer External"));
 }
 
 void tst_CMeasurementParametersViewModel::uncertaintyUnits_data()
@@ -512,219 +404,6 @@ void tst_CMeasurementParametersViewModel::choosesAnUncertaintyUnit()
     QCOMPARE(viewModel->SelectedUncertaintyUnitIndex(), -1);
 }
 
-void tst_CMeasurementParametersViewModel::choosesARange()
-{
-    const ViewModelPointer viewModel = make();
-    QCOMPARE(viewModel->SelectedRangeIndex(), 0);
-    const QList<tFlux> ranges{0.001F, 0.1F, 1.0F};
-    for (int index = 3; index >= 1; --index) {
-        const QSignalSpy selected(viewModel.get(), &ViewModel::SelectedRangeIndexChanged);
-        viewModel->SetSelectedRangeIndex(index);
-        QVERIFY(!parameters().AutoRange());
-        QCOMPARE(parameters().Range(), ranges.at(index - 1));
-        QCOMPARE(viewModel->SelectedRangeIndex(), index);
-        QCOMPARE(selected.count(), 1);
-    }
-    viewModel->SetSelectedRangeIndex(4);
-    QVERIFY(!parameters().AutoRange());
-    QCOMPARE(parameters().Range(), 0.001F);
-}
-
-void tst_CMeasurementParametersViewModel::automaticRange()
-{
-    parameters().SetAutoRange(false);
-    parameters().SetRange(0.1F);
-    const ViewModelPointer viewModel = make();
-    PropertyLog log(&parameters());
-    viewModel->SetSelectedRangeIndex(0);
-    QVERIFY(parameters().AutoRange());
-    QCOMPARE(parameters().Range(), 0.1F);
-    // The driver hears of it.
-    QCOMPARE(log.entries(), words("AutoRange=true"));
-}
-
-void tst_CMeasurementParametersViewModel::followsTheRange()
-{
-    const ViewModelPointer viewModel = make();
-    parameters().SetRange(1.0F);
-    QCOMPARE(viewModel->SelectedRangeIndex(), 0);
-    parameters().SetAutoRange(false);
-    QCOMPARE(viewModel->SelectedRangeIndex(), 3);
-    parameters().SetRange(0.001F);
-    QCOMPARE(viewModel->SelectedRangeIndex(), 1);
-    parameters().SetAutoRange(true);
-    QCOMPARE(viewModel->SelectedRangeIndex(), 0);
-    QCOMPARE(parameters().Range(), 0.001F);
-}
-
-void tst_CMeasurementParametersViewModel::unlistedRangeFallsBack()
-{
-    parameters().SetAutoRange(false);
-    parameters().SetRange(0.3F);
-    PropertyLog log(&parameters());
-    const ViewModelPointer viewModel = make();
-    QCOMPARE(viewModel->SelectedRangeIndex(), 0);
-    QCOMPARE(parameters().Range(), 1.0F);
-    QVERIFY(parameters().AutoRange());
-    // All that happens silently.
-    QCOMPARE(log.count(QStringLiteral("Range")), 0);
-    QCOMPARE(log.count(QStringLiteral("AutoRange")), 0);
-}
-
-void tst_CMeasurementParametersViewModel::unlistedRangeWhileThePageIsOpen()
-{
-    const ViewModelPointer viewModel = make();
-    viewModel->SetSelectedRangeIndex(2);
-    const QSignalSpy selected(viewModel.get(), &ViewModel::SelectedRangeIndexChanged);
-    parameters().SetRange(0.1000001F);
-    QCOMPARE(selected.count(), 1);
-    QCOMPARE(viewModel->SelectedRangeIndex(), 0);
-    QCOMPARE(parameters().Range(), 1.0F);
-    QVERIFY(parameters().AutoRange());
-}
-
-void tst_CMeasurementParametersViewModel::choosesATrigger_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::addColumn<CTrigger::TriggerMode>("mode");
-    QTest::addColumn<QString>("flags");
-    QTest::newRow("continuous") << 0 << CTrigger::CONTINUOUS << "11110";
-    QTest::newRow("immediate") << 1 << CTrigger::IMMEDIATE << "00011";
-    QTest::newRow("timer") << 2 << CTrigger::TIMER << "00110";
-    QTest::newRow("external") << 3 << CTrigger::EXTERNAL << "00010";
-}
-
-void tst_CMeasurementParametersViewModel::choosesATrigger()
-{
-    QFETCH(int, index);
-    QFETCH(CTrigger::TriggerMode, mode);
-    QFETCH(QString, flags);
-    const auto shown = [](const ViewModel& viewModel) {
-        QString digits;
-        for (const bool flag : {viewModel.IsDisplayEnable(), viewModel.IsDisplayRateVisible(),
-                                viewModel.IsAcquisitionRateEnable(), viewModel.IsAcquisitionRateVisible(),
-                                viewModel.IsImmediateAcquisitionRateVisible()})
-            digits.append(flag ? QLatin1Char('1') : QLatin1Char('0'));
-        return digits;
-    };
-    // From every other mode, chosen in the box.
-    for (int from = 0; from < 4; ++from) {
-        const ViewModelPointer viewModel = make();
-        viewModel->SetSelectedTriggerIndex(from);
-        viewModel->SetSelectedTriggerIndex(index);
-        QCOMPARE(parameters().TriggerMode(), mode);
-        QCOMPARE(shown(*viewModel), flags);
-        QCOMPARE(viewModel->TriggerPluginVisible(), mode == CTrigger::EXTERNAL);
-    }
-    // By the parameters, before and after the box is made.
-    parameters().SetTriggerMode(mode);
-    const ViewModelPointer viewModel = make();
-    QCOMPARE(viewModel->SelectedTriggerIndex(), index);
-    QCOMPARE(shown(*viewModel), flags);
-    parameters().SetTriggerMode(mode == CTrigger::TIMER ? CTrigger::CONTINUOUS : CTrigger::TIMER);
-    parameters().SetTriggerMode(mode);
-    QCOMPARE(viewModel->SelectedTriggerIndex(), index);
-    QCOMPARE(shown(*viewModel), flags);
-}
-
-void tst_CMeasurementParametersViewModel::triggerWithoutContinuous_data()
-{
-    QTest::addColumn<CTrigger::TriggerMode>("stored");
-    QTest::addColumn<int>("index");
-    QTest::addColumn<CTrigger::TriggerMode>("mode");
-    QTest::newRow("continuous") << CTrigger::CONTINUOUS << 0 << CTrigger::IMMEDIATE;
-    QTest::newRow("immediate") << CTrigger::IMMEDIATE << 0 << CTrigger::IMMEDIATE;
-    QTest::newRow("timer") << CTrigger::TIMER << 1 << CTrigger::TIMER;
-    QTest::newRow("external") << CTrigger::EXTERNAL << 2 << CTrigger::EXTERNAL;
-}
-
-void tst_CMeasurementParametersViewModel::triggerWithoutContinuous()
-{
-    QFETCH(CTrigger::TriggerMode, stored);
-    QFETCH(int, index);
-    QFETCH(CTrigger::TriggerMode, mode);
-    parameters().SetTriggerMode(stored);
-    const ViewModelPointer viewModel = make(true);
-    QCOMPARE(viewModel->SelectedTriggerIndex(), index);
-    QCOMPARE(parameters().TriggerMode(), mode);
-    for (int chosen = 0; chosen < 3; ++chosen) {
-        viewModel->SetSelectedTriggerIndex(chosen);
-        QCOMPARE(int(parameters().TriggerMode()), chosen + 2);
-        QCOMPARE(viewModel->SelectedTriggerIndex(), chosen);
-    }
-    // Within the instrument's list, though not in that of the box.
-    viewModel->SetSelectedTriggerIndex(3);
-    QCOMPARE(parameters().TriggerMode(), CTrigger::IMMEDIATE);
-}
-
-void tst_CMeasurementParametersViewModel::instrumentWithSomeTriggers()
-{
-    instrument().SetTriggerList({CTrigger::TIMER, CTrigger::CONTINUOUS});
-    const ViewModelPointer viewModel = make();
-    QCOMPARE(viewModel->SelectedTriggerIndex(), 1);
-    viewModel->SetSelectedTriggerIndex(0);
-    QCOMPARE(parameters().TriggerMode(), CTrigger::TIMER);
-    for (const int index : {-1, 2, 3}) {
-        viewModel->SetSelectedTriggerIndex(index);
-        QCOMPARE(parameters().TriggerMode(), CTrigger::TIMER);
-    }
-    // A mode that the instrument does not have leaves the choice alone.
-    viewModel->SetSelectedTriggerIndex(0);
-    parameters().SetTriggerMode(CTrigger::EXTERNAL);
-    QCOMPARE(viewModel->SelectedTriggerIndex(), 0);
-    QVERIFY(viewModel->TriggerPluginVisible());
-}
-
-void tst_CMeasurementParametersViewModel::visibilityIsAnnouncedEachTime()
-{
-    const ViewModelPointer viewModel = make();
-    PropertyLog log(viewModel.get());
-    viewModel->OnSelectedTriggerModeIndexChanged(0);
-    QCOMPARE(log.entries(),
-             words("IsDisplayEnable=true IsDisplayRateVisible=true IsAcquisitionRateEnable=true "
-                   "IsAcquisitionRateVisible=true IsImmediateAcquisitionRateVisible=false"));
-}
-
-void tst_CMeasurementParametersViewModel::triggerPlugins()
-{
-    CTestOperation operation(&m_fixture->supervisor);
-    CFakeTriggerPlugin first;
-    CFakeTriggerPlugin second;
-    CFakeTriggerPlugin stranger;
-    first.Name = QStringLiteral("First");
-    second.Name = QStringLiteral("Second");
-    stranger.Name = QStringLiteral("Stranger");
-    operation.triggerPlugins = {&first, &second};
-    ViewModel viewModel(&operation, false);
-    QCOMPARE(viewModel.TriggerPlugins(), words("First Second"));
-    QCOMPARE(viewModel.SelectedTriggerPluginIndex(), 0);
-    QCOMPARE(operation.measurement().TriggerPlugin(), &first);
-
-    viewModel.SetSelectedTriggerPluginIndex(1);
-    QCOMPARE(operation.measurement().TriggerPlugin(), &second);
-    for (const int index : {2, -1}) {
-        viewModel.SetSelectedTriggerPluginIndex(index);
-        QCOMPARE(operation.measurement().TriggerPlugin(), &second);
-    }
-    operation.measurement().SetTriggerPlugin(&first);
-    QCOMPARE(viewModel.SelectedTriggerPluginIndex(), 0);
-    operation.measurement().SetTriggerPlugin(&stranger);
-    QCOMPARE(viewModel.SelectedTriggerPluginIndex(), -1);
-    operation.measurement().SetTriggerPlugin(&second);
-    operation.measurement().SetTriggerPlugin(nullptr);
-    QCOMPARE(viewModel.SelectedTriggerPluginIndex(), -1);
-    QVERIFY(!operation.measurement().TriggerPlugin());
-}
-
-void tst_CMeasurementParametersViewModel::withoutTriggerPlugins()
-{
-    const ViewModelPointer viewModel = make();
-    QCOMPARE(viewModel->TriggerPlugins(), QStringList());
-    QCOMPARE(viewModel->SelectedTriggerPluginIndex(), -1);
-    viewModel->SetSelectedTriggerPluginIndex(0);
-    QVERIFY(!parameters().TriggerPlugin());
-}
-
 void tst_CMeasurementParametersViewModel::rawCounts()
 {
     const ViewModelPointer viewModel = make();
@@ -739,91 +418,12 @@ void tst_CMeasurementParametersViewModel::rawCounts()
     QVERIFY(make()->HasAdc());
 }
 
-void tst_CMeasurementParametersViewModel::instrumentUpdates()
-{
-    const ViewModelPointer viewModel = make();
-    instrument().SetUnitList({CUnits::GAUSS, CUnits::MILLI_TESLA});
-    instrument().SetRangeList({2.0F});
-    instrument().SetTriggerList({CTrigger::CONTINUOUS});
-    QCOMPARE(viewModel->Triggers().size(), 4);
-    emit instrument().OnTriggerListUpdated();
-    QCOMPARE(viewModel->UnitsList(), words("G mT"));
-    QCOMPARE(text(viewModel->Ranges()), QStringLiteral("Auto 2[T]"));
-    QCOMPARE(viewModel->Triggers(), words("Continuous"));
-    instrument().SetRangeList({4.0F});
-    emit instrument().OnRangeListUpdated();
-    QCOMPARE(text(viewModel->Ranges()), QStringLiteral("Auto 4[T]"));
-    instrument().SetUnitList({CUnits::TESLA});
-    emit instrument().OnUnitListUpdated();
-    QCOMPARE(viewModel->UnitsList(), words("T"));
-}
-
-void tst_CMeasurementParametersViewModel::instrumentUpdateIsAnnouncedOnlyIfItDiffers()
-{
-    const ViewModelPointer viewModel = make();
-    PropertyLog log(viewModel.get());
-    emit instrument().OnUnitListUpdated();
-    QCOMPARE(log.entries(), QStringList());
-    instrument().SetTriggerList({CTrigger::CONTINUOUS});
-    emit instrument().OnRangeListUpdated();
-    QCOMPARE(log.entries().size(), 1);
-    QCOMPARE(log.count(QStringLiteral("Triggers")), 1);
-}
-
 void tst_CMeasurementParametersViewModel::rawCountsUpdateIsNotHeard()
 {
     const ViewModelPointer viewModel = make();
     instrument().SetUnitList({CUnits::GAUSS});
     emit instrument().OnHasAdcUpdated();
     QCOMPARE(viewModel->UnitsList().size(), 11);
-}
-
-void tst_CMeasurementParametersViewModel::loadedParameters()
-{
-    const ViewModelPointer viewModel = make();
-    QVERIFY(m_operation->LoadParameters(m_fixture->write(
-        QStringLiteral("p.xml"),
-        "<A><MEASUREMENT_PARAMETERS><Range>0.1</Range><AutoRange>0</AutoRange><Units>G</Units>"
-        "<UncertaintyUnits>%</UncertaintyUnits><TriggerMode>External</TriggerMode></MEASUREMENT_PARAMETERS></"
-        "A>")));
-    QCOMPARE(viewModel->SelectedUnitIndex(), 4);
-    QCOMPARE(viewModel->UncertaintyUnitsList(), words("mG %"));
-    QCOMPARE(viewModel->SelectedUncertaintyUnitIndex(), 1);
-    QCOMPARE(viewModel->SelectedRangeIndex(), 2);
-    QCOMPARE(viewModel->SelectedTriggerIndex(), 3);
-    QVERIFY(viewModel->TriggerPluginVisible());
-    QCOMPARE(parameters().UncertaintyUnits(), CUnits::PERCENT);
-    QCOMPARE(parameters().Range(), 0.1F);
-}
-
-void tst_CMeasurementParametersViewModel::loadedListOfAnotherLength()
-{
-    const ViewModelPointer viewModel = make();
-    parameters().SetUncertaintyUnitList({CUnits::GAUSS});
-    viewModel->OnParametersLoadChangedUnit();
-    QCOMPARE(viewModel->UncertaintyUnitsList(), words("mT %"));
-    const QSignalSpy spy(viewModel.get(), &ViewModel::UncertaintyUnitsListChanged);
-    parameters().SetUncertaintyUnitList({CUnits::GAUSS, CUnits::TESLA});
-    viewModel->OnParametersLoadChangedUnit();
-    viewModel->OnParametersLoadChangedUnit();
-    QCOMPARE(viewModel->UncertaintyUnitsList(), words("G T"));
-    QCOMPARE(spy.count(), 1);
-}
-
-void tst_CMeasurementParametersViewModel::choicesSurviveTheViewModel()
-{
-    ViewModelPointer viewModel = make();
-    viewModel->SetSelectedUnitIndex(5);
-    viewModel->SetSelectedUncertaintyUnitIndex(1);
-    viewModel->SetSelectedRangeIndex(3);
-    viewModel->SetSelectedTriggerIndex(2);
-    viewModel = make();
-    QCOMPARE(viewModel->SelectedUnitIndex(), 5);
-    QCOMPARE(viewModel->PreviousUnitIndex(), 5);
-    QCOMPARE(viewModel->UncertaintyUnitsList(), words("mG %"));
-    QCOMPARE(viewModel->SelectedUncertaintyUnitIndex(), 1);
-    QCOMPARE(viewModel->SelectedRangeIndex(), 3);
-    QCOMPARE(viewModel->SelectedTriggerIndex(), 2);
 }
 
 void tst_CMeasurementParametersViewModel::deletedViewModelHearsNothing()

@@ -1,34 +1,71 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MeterView.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <cmath>
 
-MeterView::MeterView() : m_meter(&m_fixture.operation, &m_fixture.settings, &m_fixture.notifier)
+MeterView::MeterView()
 {
-    QQmlEngine::setObjectOwnership(&m_meter, QQmlEngine::CppOwnership);
+    makeModels();
 }
 
 MeterView::~MeterView() = default;
 
+void MeterView::makeModels()
+{
+    m_meter.reset();
+    m_fixture = std::make_unique<MeasureFixture>();
+    m_meter = std::make_unique<CMeterOperationViewModel>(&m_fixture->operation, &m_fixture->settings,
+                                                         &m_fixture->notifier);
+    QQmlEngine::setObjectOwnership(m_meter.get(), QQmlEngine::CppOwnership);
+}
+
+void MeterView::unload()
+{
+    m_view->setSource(QUrl());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void MeterView::Renew()
+{
+    if (m_view)
+        unload();
+    makeModels();
+}
+
 void MeterView::Load(const QSize& size)
 {
-    m_view = std::make_unique<QQuickView>();
-    m_setup.setUp(m_view->engine());
+    if (m_view) {
+        unload();
+    } else {
+        m_view = std::make_unique<QQuickView>();
+        m_setup.setUp(m_view->engine());
+        m_view->setResizeMode(QQuickView::SizeRootObjectToView);
+    }
     QQmlContext* context = m_view->rootContext();
-    context->setContextProperty(QStringLiteral("Settings"), &m_fixture.settings);
-    context->setContextProperty(QStringLiteral("ActiveOperation"), &m_fixture.operation);
-    context->setContextProperty(QStringLiteral("ActivePageViewModel"), &m_meter);
-    m_view->setResizeMode(QQuickView::SizeRootObjectToView);
+    context->setContextProperty(QStringLiteral("Settings"), &m_fixture->settings);
+    context->setContextProperty(QStringLiteral("ActiveOperation"), &m_fixture->operation);
+    context->setContextProperty(QStringLiteral("ActivePageViewModel"), m_meter.get());
     m_view->setSource(QUrl(QStringLiteral("qrc:/Resources/Controls/Meter/ComponentDisplayer.qml")));
     QCOMPARE(m_view->status(), QQuickView::Ready);
     m_view->resize(size);
     m_view->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
-    QTest::qWait(50);
+    QTRY_COMPARE(m_view->rootObject()->size().toSize(), size);
+    draw();
+}
+
+void MeterView::draw()
+{
+    QSignalSpy frame(m_view.get(), &QQuickWindow::frameSwapped);
+    m_view->update();
+    QVERIFY(frame.wait());
 }
 
 void MeterView::Deliver(float bx, float by, float bz)
@@ -48,7 +85,7 @@ void MeterView::Deliver(float bx, float by, float bz, float magnitude)
 
 void MeterView::Deliver(const QSharedPointer<CMeasureBlock>& block)
 {
-    m_fixture.operation.OnNewMeasure(block);
+    m_fixture->operation.OnNewMeasure(block);
 }
 
 QQuickItem* MeterView::Find(const char* name) const

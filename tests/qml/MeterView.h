@@ -20,6 +20,9 @@ public:
     MeterView();
     ~MeterView();
 
+    /// Takes the tab away and makes settings, operation and view model anew, for the next test. The window
+    /// and the engine, which would take most of the time, stay.
+    void Renew();
     /// Builds the tab anew, as a change of tabs does; the view model stays.
     void Load(const QSize& size = QSize(900, 560));
 
@@ -40,13 +43,18 @@ public:
     QRect PlaceInPicture(const QQuickItem* item) const;
     void Click(const char* name) const;
 
-    MeasureFixture& Fixture() { return m_fixture; }
-    CMeterOperationViewModel& Meter() { return m_meter; }
+    MeasureFixture& Fixture() { return *m_fixture; }
+    CMeterOperationViewModel& Meter() { return *m_meter; }
     QQuickView& Window() { return *m_view; }
 
 private:
-    MeasureFixture m_fixture;
-    CMeterOperationViewModel m_meter;
+    void makeModels();
+    void unload();
+    /// Waits until the window has drawn.
+    void draw();
+
+    std::unique_ptr<MeasureFixture> m_fixture;
+    std::unique_ptr<CMeterOperationViewModel> m_meter;
     QmlTestSetup m_setup;
     std::unique_ptr<QQuickView> m_view;
 };

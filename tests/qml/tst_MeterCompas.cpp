@@ -103,17 +103,17 @@ private:
 void tst_MeterCompas::initTestCase()
 {
     QmlTestSetup::Prepare();
+    m_view = std::make_unique<MeterView>();
 }
 
 void tst_MeterCompas::init()
 {
     m_warningsBefore = QmlTestSetup::WarningCount();
-    m_view = std::make_unique<MeterView>();
 }
 
 void tst_MeterCompas::cleanup()
 {
-    m_view.reset();
+    m_view->Renew();
     QCOMPARE(QmlTestSetup::WarningCount(), m_warningsBefore);
 }
 
@@ -232,8 +232,9 @@ void tst_MeterCompas::nullFieldClearsBothSides()
         m_view->Deliver(0, 0, 0);
         compareEmpty();
         // What was drawn before does not come back.
-        m_view->Window().resize(m_view->Window().width() + 60, 560);
-        QTest::qWait(50);
+        const int width = m_view->Window().width() + 60;
+        m_view->Window().resize(width, 560);
+        QTRY_COMPARE(m_view->Find("componentDisplayer")->width(), double(width));
         compareEmpty();
     }
     m_view->Deliver(3, 0, 4);
@@ -273,7 +274,6 @@ void tst_MeterCompas::followsItsWidth()
     for (const int width : {1100, 820}) {
         m_view->Window().resize(width, 560);
         QTRY_COMPARE(m_view->Find("componentDisplayer")->width(), double(width));
-        QTest::qWait(50);
         compareTriangle(-0.8, 0.6);
     }
 }
@@ -304,13 +304,16 @@ void tst_MeterCompas::builtAnewAfterANullField()
 
 void tst_MeterCompas::choose(const char* name, int index)
 {
-    m_view->Click((QByteArray(name) + "Box").constData());
-    QTest::qWait(100);
+    const QByteArray box = QByteArray(name) + "Box";
+    m_view->Click(box.constData());
+    const auto* list = m_view->Find(box.constData())->property("popup").value<QObject*>();
+    QVERIFY(list);
+    QTRY_VERIFY(list->property("opened").toBool());
     QTest::keyClick(&m_view->Window(), Qt::Key_Home);
     for (int i = 0; i < index; ++i)
         QTest::keyClick(&m_view->Window(), Qt::Key_Down);
     QTest::keyClick(&m_view->Window(), Qt::Key_Return);
-    QTest::qWait(100);
+    QTRY_VERIFY(!list->property("visible").toBool());
 }
 
 void tst_MeterCompas::choicesReachTheViewModel()

@@ -2,13 +2,12 @@
 // The 3-D scene of the meter page, judged by its items and by what its picture shows.
 #include "MeterView.h"
 #include "PictureDifference.h"
+#include "SceneTestMain.h"
 
-#include <QApplication>
 #include <QFile>
 #include <QQuaternion>
 #include <QRandomGenerator>
 #include <QSignalSpy>
-#include <QSurfaceFormat>
 #include <QTest>
 #include <QVector3D>
 
@@ -97,17 +96,17 @@ private:
 void tst_MeterScene::initTestCase()
 {
     QmlTestSetup::Prepare();
+    m_view = std::make_unique<MeterView>();
 }
 
 void tst_MeterScene::init()
 {
     m_warningsBefore = QmlTestSetup::WarningCount();
-    m_view = std::make_unique<MeterView>();
 }
 
 void tst_MeterScene::cleanup()
 {
-    m_view.reset();
+    m_view->Renew();
     QCOMPARE(QmlTestSetup::WarningCount(), m_warningsBefore);
 }
 
@@ -462,7 +461,6 @@ void tst_MeterScene::noBlackEdge()
     for (int height = 500; height < 510; ++height) {
         m_view->Window().resize(601 + height % 7, height);
         QTRY_COMPARE(m_view->Find("componentDisplayer")->height(), double(height));
-        QTest::qWait(50);
         const QImage picture = m_view->Picture();
         const QRect where = place();
         for (int x = where.left() + 2; x < where.right() - 2; ++x) {
@@ -476,13 +474,7 @@ void tst_MeterScene::noBlackEdge()
 
 int main(int argc, char* argv[])
 {
-    QSurfaceFormat format;
-    format.setVersion(2, 1);
-    format.setDepthBufferSize(24);
-    QSurfaceFormat::setDefaultFormat(format);
-    QApplication application(argc, argv);
-    tst_MeterScene test;
-    return QTest::qExec(&test, argc, argv);
+    return runSceneTest<tst_MeterScene>(argc, argv);
 }
 
 #include "tst_MeterScene.moc"

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A 3-D scene that outlives what shows it: it is made once, and each showing finds it as if it were new.
 #include "CMeterOperationViewModel.h"
+#include "HeapGrowth.h"
 #include "MeasureFixture.h"
 #include "QmlTestSetup.h"
+#include "SceneTestMain.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QPointer>
 #include <QQmlComponent>
 #include <QQmlContext>
@@ -13,17 +15,12 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QRegularExpression>
-#include <QSurfaceFormat>
 #include <QTest>
 #include <QVector3D>
 
 #include <cmath>
 #include <limits>
 #include <memory>
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 namespace {
 
@@ -167,8 +164,10 @@ void tst_SceneKeeper::init()
     m_fixture.settings.SetMeter3DZoomLevel(100);
     m_fixture.settings.SetMeter3DOrthoProjection(false);
     m_meter = makeViewModel();
-    m_engine = std::make_unique<QQmlEngine>();
-    m_setup.setUp(m_engine.get());
+    if (!m_engine) {
+        m_engine = std::make_unique<QQmlEngine>();
+        m_setup.setUp(m_engine.get());
+    }
     QQmlContext* context = m_engine->rootContext();
     context->setContextProperty(QStringLiteral("Settings"), &m_fixture.settings);
     context->setContextProperty(QStringLiteral("ActiveOperation"), &m_fixture.operation);
@@ -186,7 +185,7 @@ void tst_SceneKeeper::init()
 void tst_SceneKeeper::cleanup()
 {
     m_window.reset();
-    m_engine.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     m_meter.reset();
     QCOMPARE(QmlTestSetup::WarningCount(), m_warningsBefore);
 }
@@ -420,35 +419,19 @@ void tst_SceneKeeper::sourceThatIsNone()
 
 void tst_SceneKeeper::memoryDoesNotGrow()
 {
-#ifdef __GLIBC__
-    const auto megabytes = [] { return static_cast<double>(mallinfo2().uordblks) / (1 << 20); };
-    const auto visit = [this] {
+    const double growth = heapGrowth(5, 30, [this] {
         show(false);
         settle();
         show();
         settle();
-    };
-    for (int i = 0; i < 5; ++i)
-        visit();
-    const double before = megabytes();
-    for (int i = 0; i < 30; ++i)
-        visit();
+    });
     // The picture of a scene of this size takes more than half a megabyte.
-    QVERIFY2(megabytes() < before + 4, qPrintable(QString::number(megabytes() - before)));
-#else
-    QSKIP("the heap is not told of here");
-#endif
+    QVERIFY2(growth < 4096, qPrintable(QString::number(growth)));
 }
 
 int main(int argc, char* argv[])
 {
-    QSurfaceFormat format;
-    format.setVersion(2, 1);
-    format.setDepthBufferSize(24);
-    QSurfaceFormat::setDefaultFormat(format);
-    QApplication application(argc, argv);
-    tst_SceneKeeper test;
-    return QTest::qExec(&test, argc, argv);
+    return runSceneTest<tst_SceneKeeper>(argc, argv);
 }
 
 #include "tst_SceneKeeper.moc"

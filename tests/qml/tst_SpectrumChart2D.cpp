@@ -2,6 +2,7 @@
 // The spectrum's view on the real model, driven by the mouse.
 #include "SpectrumViewFixture.h"
 
+#include <QQmlContext>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -286,7 +287,6 @@ void tst_SpectrumChart2D::wheelScrolls()
         QWheelEvent event(position, m_view->mapToGlobal(position.toPoint()), {}, {0, delta}, Qt::NoButton, {},
                           Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(m_view.get(), &event);
-        settle();
     };
     wheel(120);
     QVERIFY(m_chart->Xmin() > 40.0);
@@ -297,9 +297,11 @@ void tst_SpectrumChart2D::wheelScrolls()
     QCOMPARE(m_chart->Xmax() - m_chart->Xmin(), 20.0);
     for (int i = 0; i < 40; ++i)
         wheel(120);
+    settle();
     verifyWindow(80.0, 100.0);
     for (int i = 0; i < 60; ++i)
         wheel(-120);
+    settle();
     verifyWindow(0.0, 20.0);
 }
 

@@ -121,7 +121,7 @@ void tst_SpectrumChart2DLimits::staircaseEndsAtTheInstrument()
     operation.maxFrequency = maxFrequency;
     load(true, &operation);
     QCOMPARE(series(1)->pointsVector(), points);
-    m_view.reset();
+    unload();
 }
 
 QTEST_MAIN(tst_SpectrumChart2DLimits)
