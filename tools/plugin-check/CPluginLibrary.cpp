@@ -12,19 +12,22 @@ const char* const kKinds[] = {"instrument", "mapper", "trigger"};
 } // namespace
 
 CPluginLibrary::CPluginLibrary(const QString& path)
-    : m_path(QFileInfo(path).absoluteFilePath()), m_library(m_path)
+    : m_path(QFileInfo(path).absoluteFilePath()), m_library(std::make_unique<QLibrary>(m_path))
 {
 }
 
 bool CPluginLibrary::Load(QString& error)
 {
-    m_library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
-    if (m_library.load())
+    m_library->setLoadHints(QLibrary::ResolveAllSymbolsHint);
+    if (m_library->load())
         return true;
-    error = m_library.errorString();
-    // The application resolves a symbol at its first use: it would load what fails here.
-    m_library.setLoadHints({});
-    return m_library.load();
+    error = m_library->errorString();
+    // The application resolves a symbol at its first use: it would load what fails here. Hints cannot be
+    // taken back, so this takes another object, made when the first one is gone: those of one file share
+    // them.
+    m_library.reset();
+    m_library = std::make_unique<QLibrary>(m_path);
+    return m_library->load();
 }
 
 QString CPluginLibrary::ContractVersion() const
@@ -33,7 +36,8 @@ QString CPluginLibrary::ContractVersion() const
     if (!file.open(QIODevice::ReadOnly))
         return QString();
     // The names of the libraries that it needs stand in it as text, with their version on most systems.
-    const QString content = QString::fromLatin1(file.readAll());
+    const QByteArray bytes = file.readAll();
+    const QString content = QString::fromLatin1(bytes.constData(), bytes.size());
     static const QRegularExpression pattern(
         QStringLiteral("libkestrix-plugin-api(?:\\.so\\.(\\d+)|\\.(\\d+)\\.dylib)"));
     const QRegularExpressionMatch match = pattern.match(content);
@@ -44,7 +48,7 @@ QStringList CPluginLibrary::Kinds()
 {
     QStringList kinds;
     for (const char* kind : kKinds) {
-        if (m_library.resolve(FactoryNameOf(QLatin1String(kind))))
+        if (m_library->resolve(FactoryNameOf(QLatin1String(kind))))
             kinds.append(QLatin1String(kind));
     }
     return kinds;

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 /// A plug-in library. Like the application it is never unloaded.
 class CPluginLibrary
 {
@@ -23,10 +25,10 @@ public:
     /// Calls the factory of this kind, which must be one of Kinds().
     template <class Plugin> Plugin* Create(const char* factoryName)
     {
-        return reinterpret_cast<Plugin* (*)()>(m_library.resolve(factoryName))();
+        return reinterpret_cast<Plugin* (*)()>(m_library->resolve(factoryName))();
     }
 
 private:
     QString m_path;
-    QLibrary m_library;
+    std::unique_ptr<QLibrary> m_library; ///< not null
 };
