@@ -55,6 +55,6 @@ while read -r file; do
         fault "looks for libraries outside of the tree: $file"
     fi
     ldd "$file" | grep "not found" >&2 && fault "does not find its libraries: $file"
-done < <(find "$prefix/$libraries" -type f \( -name Kestrix -o -name '*.so*' \))
+done < <(find "$prefix/$libraries" "$prefix/bin" -type f \( -name Kestrix -o -name kestrix-plugin-check -o -name '*.so*' \))
 
 [ "$faults" -eq 0 ]

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
-#include "CMinimalInstrumentListProvider.h"
+#include "CExampleInstrumentListProvider.h"
 
-#include "CMinimalInstrument.h"
+#include "CExampleInstrument.h"
 
-CMinimalInstrumentListProvider::CMinimalInstrumentListProvider()
-    : m_instrument(QSharedPointer<CMinimalInstrument>::create())
+CExampleInstrumentListProvider::CExampleInstrumentListProvider()
+    : m_instrument(QSharedPointer<CExampleInstrument>::create())
 {
 }
 
-QList<QSharedPointer<CInstrument>> CMinimalInstrumentListProvider::GetInstrumentList()
+QList<QSharedPointer<CInstrument>> CExampleInstrumentListProvider::GetInstrumentList()
 {
     return {m_instrument};
 }
 
-void CMinimalInstrumentListProvider::SetSerialPortSettings(QString port, int baudRate)
+void CExampleInstrumentListProvider::SetSerialPortSettings(QString port, int baudRate)
 {
     // There is no serial line.
     Q_UNUSED(port)

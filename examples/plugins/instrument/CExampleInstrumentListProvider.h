@@ -5,12 +5,12 @@
 
 /// Lists the one instrument there is. Every call returns the same object: by that the application knows it
 /// again.
-class CMinimalInstrumentListProvider : public CInstrumentListProvider
+class CExampleInstrumentListProvider : public CInstrumentListProvider
 {
     Q_OBJECT
 
 public:
-    CMinimalInstrumentListProvider();
+    CExampleInstrumentListProvider();
 
     QList<QSharedPointer<CInstrument>> GetInstrumentList() override;
     void SetSerialPortSettings(QString port, int baudRate) override;

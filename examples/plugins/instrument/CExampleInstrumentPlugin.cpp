@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
-#include "CMinimalInstrumentPlugin.h"
+#include "CExampleInstrumentPlugin.h"
 
 KESTRIX_PLUGIN_FACTORY CInstrumentPlugin* CreateInstrumentPlugin()
 {
-    return new CMinimalInstrumentPlugin;
+    return new CExampleInstrumentPlugin;
 }
 
-void CMinimalInstrumentPlugin::Start()
+void CExampleInstrumentPlugin::Start()
 {
     // The application connects to the provider after this call, so the first report waits for the event loop.
     QMetaObject::invokeMethod(&m_provider, &CInstrumentListProvider::InstrumentListUpdated,
                               Qt::QueuedConnection);
 }
 
-void CMinimalInstrumentPlugin::Stop()
+void CExampleInstrumentPlugin::Stop()
 {
     const QList<QSharedPointer<CInstrument>> instruments = m_provider.GetInstrumentList();
     for (const QSharedPointer<CInstrument>& instrument : instruments) {
@@ -22,7 +22,7 @@ void CMinimalInstrumentPlugin::Stop()
     }
 }
 
-CInstrumentListProvider* CMinimalInstrumentPlugin::GetInstrumentListProvider()
+CInstrumentListProvider* CExampleInstrumentPlugin::GetInstrumentListProvider()
 {
     return &m_provider;
 }

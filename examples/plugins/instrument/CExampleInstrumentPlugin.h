@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "CMinimalInstrumentListProvider.h"
+#include "CExampleInstrumentListProvider.h"
 
 #include <CInstrumentPlugin.h>
 
 /// What the library gives to the application.
-class CMinimalInstrumentPlugin : public CInstrumentPlugin
+class CExampleInstrumentPlugin : public CInstrumentPlugin
 {
     Q_OBJECT
 
@@ -16,5 +16,5 @@ public:
     CInstrumentListProvider* GetInstrumentListProvider() override;
 
 private:
-    CMinimalInstrumentListProvider m_provider;
+    CExampleInstrumentListProvider m_provider;
 };

@@ -56,11 +56,11 @@ void TestOutOfTreePlugin::pluginLoadsAndMeasures()
     QCOMPARE(instruments.size(), 1);
     CInstrument& instrument = *instruments.constFirst();
     QCOMPARE(provider->GetInstrumentList().constFirst().data(), &instrument);
-    QCOMPARE(instrument.Name(), QStringLiteral("Minimal instrument"));
+    QCOMPARE(instrument.Name(), QStringLiteral("Example instrument"));
 
     QVERIFY(instrument.Connect());
     QVERIFY(instrument.IsConnected());
-    QCOMPARE(instrument.UnitList(), QList<CUnits::UnitType>{CUnits::MICRO_TESLA});
+    QCOMPARE(instrument.UnitList(), (QList<CUnits::UnitType>{CUnits::MICRO_TESLA, CUnits::NANO_TESLA, CUnits::GAUSS}));
 
     CMeasurementParameters parameters;
     parameters.SetTriggerMode(CTrigger::CONTINUOUS);
