@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Lets the program run for so many minutes on each page, on bursts of a simulated instrument, with a record and a user
 # who acts at random, and prints what it holds meanwhile. Fails if memory or handles grow.
-#   scripts/soak.sh MINUTES [PAGE...]      PAGE is meter, spectrum or acAnalysis
+#   scripts/soak.sh MINUTES [PAGE...]      PAGE is meter, spectrum, acAnalysis or mapping
 # Ten minutes have as many blocks as more than two hours at the usual rate.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 export KESTRIX_SOAK_MINUTES=${1:?how many minutes on each page}
 shift
 pages=("$@")
-[ ${#pages[@]} -gt 0 ] || pages=(meter spectrum acAnalysis)
+[ ${#pages[@]} -gt 0 ] || pages=(meter spectrum acAnalysis mapping)
 
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target Soak -j "$(nproc)" | tail -n 1

@@ -73,6 +73,17 @@ void Scenario::WriteMeasureSettings(const QString& elements)
                   .arg(elements));
 }
 
+void Scenario::WriteMapperSettings(const QString& text)
+{
+    writeFile(pluginSettingsPath("KestrixSimulatedMapper.ini"), text);
+}
+
+void Scenario::WriteMappingSettings(const QString& elements)
+{
+    writeFile(SettingsDirectoryPath + QStringLiteral("/KestrixMappingSettings.xml"),
+              QStringLiteral("<OPERATION_PARAMETERS>%1</OPERATION_PARAMETERS>").arg(elements));
+}
+
 qint64 Scenario::Start(Plugins plugins)
 {
     ApplicationDirPath = plugins == Shipped ? QStringLiteral(KESTRIX_BIN_DIR) : QDir::currentPath();

@@ -29,6 +29,8 @@ public:
     static void WriteDefaultInstrument(const QString& name, const QString& serialNumber);
     static void WriteApplicationSettings(const QString& elements);
     static void WriteMeasureSettings(const QString& elements);
+    static void WriteMapperSettings(const QString& text);
+    static void WriteMappingSettings(const QString& elements);
 
     /// Starts the program and waits for its window; returns how long it took in milliseconds.
     qint64 Start(Plugins plugins);

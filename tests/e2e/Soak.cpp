@@ -3,6 +3,7 @@
 // does anything, and an account of what the process holds. One page for each run, named as the test function;
 // KESTRIX_SOAK_MINUTES says how long. scripts/soak.sh runs all of them.
 #include "CApplication.h"
+#include "COperationMapping.h"
 #include "COperationMeasure.h"
 #include "EndToEndTest.h"
 #include "RandomUser.h"
@@ -74,6 +75,7 @@ private:
     qint64 m_delivered = 0;
     int m_actions = 0;
     int m_saved = 0;
+    bool m_isMapping = false;
 
     CMainViewModel& shell() { return *scenario().Application()->MainViewModel(); }
     void command(const char* name) { QMetaObject::invokeMethod(scenario().PageViewModel(), name); }
@@ -109,7 +111,8 @@ private:
             command("end");
             return;
         }
-        if (!scenario().Flag("IsRecording"))
+        // A map is a record by itself.
+        if (!m_isMapping && !scenario().Flag("IsRecording"))
             command("record");
         if (driver().IsVisible(QStringLiteral("resumeButton")))
             command("resume");
@@ -124,7 +127,7 @@ private:
             command("save");
             ++m_saved;
         } else {
-            command("start");
+            command(m_isMapping ? "end" : "start");
         }
     }
 
@@ -192,16 +195,32 @@ private:
             "<Units>µT</Units><AcquisitionRate>1000</AcquisitionRate><DisplayRate>50</DisplayRate>"
             "<TriggerMode>Continuous</TriggerMode>"));
         Scenario::WriteApplicationSettings(
-            QStringLiteral("<MeasurementMaxMeasurementCount>%1</MeasurementMaxMeasurementCount>")
+            QStringLiteral("<MeasurementMaxMeasurementCount>%1</MeasurementMaxMeasurementCount>"
+                           "<MappingMaxMeasurementCount>%1</MappingMaxMeasurementCount>")
                 .arg(kHistory));
+        // Forty thousand places, one after the other without a rest.
+        Scenario::WriteMapperSettings(QStringLiteral("[Gantry]\nSpeed=1000000\nSettleMs=0\n"));
+        Scenario::WriteMappingSettings(QStringLiteral(
+            "<MEASUREMENT_PARAMETERS><Units>µT</Units><AcquisitionRate>1000</AcquisitionRate>"
+            "<DisplayRate>50</DisplayRate><TriggerMode>Immediate</TriggerMode></MEASUREMENT_PARAMETERS>"
+            "<MAPPING_PARAMETERS><Mapper>Simulated "
+            "gantry</Mapper><Source>Cartesian</Source><MAPPING_POSITION_PARAMETERS>"
+            "<X><Start>-100</Start><Stop>100</Stop><Step_Size>1</Step_Size></X>"
+            "<Y><Start>-100</Start><Stop>100</Stop><Step_Size>1</Step_Size></Y>"
+            "<Z><Start>0</Start><Stop>0</Stop><Step_Size>1</Step_Size></Z>"
+            "</MAPPING_POSITION_PARAMETERS></MAPPING_PARAMETERS>"));
         startWithDefaultInstrument();
         RandomUser user(scenario(), kSeed);
         answers().AnswerAlways(kQuitQuestion, [] { return QMessageBox::Ok; });
         answers().AnswerFileDialogAlways(QStringLiteral("Save File"),
                                          QDir::current().filePath(QStringLiteral("soak.qdr.xml")));
         (shell().*display)();
-        connect(qobject_cast<COperationMeasure*>(scenario().ActiveOperation()),
-                &COperationMeasure::NewMeasure, this, [this] { ++m_delivered; });
+        const auto count = [this] { ++m_delivered; };
+        if (auto* mapping = qobject_cast<COperationMapping*>(scenario().ActiveOperation()))
+            connect(mapping, &COperationMapping::NewMeasure, this, count);
+        else
+            connect(qobject_cast<COperationMeasure*>(scenario().ActiveOperation()),
+                    &COperationMeasure::NewMeasure, this, count);
         record();
 
         QElapsedTimer clock;
@@ -228,6 +247,11 @@ private slots:
     void meter() { soak(&CMainViewModel::displayMeterPage); }
     void spectrum() { soak(&CMainViewModel::displaySpectrumPage); }
     void acAnalysis() { soak(&CMainViewModel::displayAcAnalysisPage); }
+    void mapping()
+    {
+        m_isMapping = true;
+        soak(&CMainViewModel::displayMappingPage);
+    }
 };
 
 END_TO_END_MAIN(Soak)
