@@ -59,7 +59,21 @@ set(CPACK_DEBIAN_RUN_PACKAGE_RECOMMENDS
 set(CPACK_DEBIAN_RUN_PACKAGE_SUGGESTS "kestrix-dev, www-browser")
 # Packages of plug-ins find by "shlibs" which package holds the library that they link.
 configure_file(debian/shlibs.in shlibs @ONLY)
-set(CPACK_DEBIAN_RUN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_BINARY_DIR}/shlibs")
+set(CPACK_DEBIAN_RUN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_BINARY_DIR}/shlibs"
+                                           "${CMAKE_CURRENT_SOURCE_DIR}/debian/triggers")
+if(UNIX AND NOT APPLE)
+    configure_file(debian/changelog.in changelog @ONLY)
+    execute_process(
+        COMMAND "${KESTRIX_GZIP}" -9nc "${CMAKE_CURRENT_BINARY_DIR}/changelog"
+        OUTPUT_FILE "${CMAKE_CURRENT_BINARY_DIR}/changelog.Debian.gz" COMMAND_ERROR_IS_FATAL ANY)
+    set(changelog "${CMAKE_CURRENT_BINARY_DIR}/changelog.Debian.gz")
+    install(FILES "${changelog}" DESTINATION "${doc_dir}/kestrix")
+    install(FILES "${changelog}" DESTINATION "${doc_dir}/kestrix-dev" COMPONENT Development)
+    install(FILES debian/kestrix.lintian-overrides DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides"
+            RENAME kestrix)
+    install(FILES debian/kestrix-dev.lintian-overrides DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides"
+            RENAME kestrix-dev COMPONENT Development)
+endif()
 
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME kestrix-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
@@ -68,7 +82,7 @@ set(CPACK_COMPONENT_DEV_DESCRIPTION
 Plug-ins let Kestrix reach instruments, devices that move a probe, and
 sources of trigger events. This package holds the headers of the contract
 with them, a CMake package that finds these, and examples to start from.")
-set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "kestrix (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), qtbase5-dev (>= 5.15)")
+set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "kestrix (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), libc6, qtbase5-dev (>= 5.15)")
 set(CPACK_DEBIAN_DEV_PACKAGE_RECOMMENDS "cmake, g++")
 
 set(CPACK_COMPONENTS_ALL Program Library Development)

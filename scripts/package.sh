@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the Debian packages kestrix and kestrix-dev into build/package/packages/.
+# Builds the Debian packages kestrix and kestrix-dev into build/package/packages/, and has lintian look at them if it is
+# installed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -11,4 +12,7 @@ cmake --build build/package
 rm -rf build/package/packages
 (cd build/package && cpack >cpack.log) || { cat build/package/cpack.log >&2; exit 1; }
 rm -rf build/package/packages/_CPack_Packages
+if command -v lintian >/dev/null; then
+    lintian --fail-on error,warning build/package/packages/*.deb
+fi
 ls build/package/packages/*.deb

@@ -15,6 +15,12 @@ void RandomUser::OpenTab(int index) const
         tabs->setProperty("currentIndex", index);
 }
 
+void RandomUser::OpenAnyTab()
+{
+    if (const QQuickItem* tabs = driver().Find(QStringLiteral("tabBar")))
+        OpenTab(UpTo(tabs->property("count").toInt()));
+}
+
 void RandomUser::Press(const char* name) const
 {
     QQuickItem* item = driver().Find(QLatin1String(name));

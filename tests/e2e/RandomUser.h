@@ -16,6 +16,7 @@ public:
     int UpTo(int count) { return m_random.bounded(count); }
 
     void OpenTab(int index) const;
+    void OpenAnyTab();
     /// A click on the item of that name, if it is there and enabled.
     void Press(const char* name) const;
     /// One of these, if the action bar offers it.

@@ -17,6 +17,7 @@
 #include <QTextStream>
 
 #include <algorithm>
+#include <cstdio>
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -102,6 +103,8 @@ private:
                                    .arg(now.threads)
                                    .arg(now.objects)
                                    .arg(now.blocks);
+        // Whoever waits for it wants to look on.
+        std::fflush(stdout);
     }
 
     /// Whatever state the page is in: recording again.
@@ -137,7 +140,7 @@ private:
         case 0:
         case 1:
         case 2:
-            return user.OpenTab(user.UpTo(3));
+            return user.OpenAnyTab();
         case 3:
         case 4:
         case 5:

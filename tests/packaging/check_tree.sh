@@ -32,7 +32,9 @@ desktop-file-validate "${entries[@]}" || fault "the desktop entry is not valid"
 appstreamcli validate --no-net "${descriptions[@]}" || fault "the description is not valid"
 xmllint --noout "$share/mime/packages/kestrix.xml" || fault "the type of records is not well-formed"
 xmllint --noout "$share"/icons/hicolor/scalable/*/*.svg || fault "an icon is not well-formed"
-man --warnings -E UTF-8 -l "$share/man/man1/kestrix.1.gz" 2>&1 >/dev/null | grep . >&2 && fault "the manual page has faults"
+for page in "$share"/man/man1/*.gz; do
+    man --warnings -E UTF-8 -l "$page" 2>&1 >/dev/null | grep . >&2 && fault "a manual page has faults: $page"
+done
 
 # A file manager would tell records by this.
 types=$(mktemp -d)
