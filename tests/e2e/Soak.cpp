@@ -79,6 +79,7 @@ private:
     bool m_isMapping = false;
 
     CMainViewModel& shell() { return *scenario().Application()->MainViewModel(); }
+    static QString recordPath() { return QDir::current().filePath(QStringLiteral("soak.qdr.xml")); }
     void command(const char* name) { QMetaObject::invokeMethod(scenario().PageViewModel(), name); }
 
     void look(double minutes)
@@ -127,6 +128,8 @@ private:
         if (!scenario().Flag("IsIdleWithData"))
             return;
         if (user.UpTo(2) == 0) {
+            // The dialog would ask whether to overwrite the one before.
+            QFile::remove(recordPath());
             command("save");
             ++m_saved;
         } else {
@@ -215,8 +218,7 @@ private:
         startWithDefaultInstrument();
         RandomUser user(scenario(), kSeed);
         answers().AnswerAlways(kQuitQuestion, [] { return QMessageBox::Ok; });
-        answers().AnswerFileDialogAlways(QStringLiteral("Save File"),
-                                         QDir::current().filePath(QStringLiteral("soak.qdr.xml")));
+        answers().AnswerFileDialogAlways(QStringLiteral("Save File"), recordPath());
         (shell().*display)();
         const auto count = [this] { ++m_delivered; };
         if (auto* mapping = qobject_cast<COperationMapping*>(scenario().ActiveOperation()))
