@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the packages of scripts/package.sh in a clean Debian root, starts the program there as an ordinary user on a
-# private display and takes screenshots. Needs root, debootstrap and a Debian mirror; takes a few minutes.
+# private display, records with the simulated instrument and with the template of an instrument that is built against the
+# packages, and takes screenshots. Then the same with the archive of scripts/appdir.sh, if it was made, without Qt. Needs root, debootstrap and a Debian mirror; takes a few minutes.
 #   scripts/test-package.sh [OUTPUT_DIRECTORY]     (build/package/test)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -10,5 +11,7 @@ command -v debootstrap >/dev/null || { echo "debootstrap is missing." >&2; exit 
 packages=(build/package/packages/kestrix_*.deb)
 [ -f "${packages[0]}" ] || scripts/package.sh
 packages=(build/package/packages/kestrix_*.deb)
+dev_packages=(build/package/packages/kestrix-dev_*.deb)
 mkdir -p "$output"
-exec unshare --mount --propagation private tests/packaging/clean_root.sh "$(realpath "${packages[0]}")" "$output"
+exec unshare --mount --propagation private tests/packaging/clean_root.sh "$(realpath "${packages[0]}")" \
+    "$(realpath "${dev_packages[0]}")" "$PWD/build/package/Kestrix.AppDir" "$output"

@@ -56,7 +56,10 @@ void RandomUser::ActOnThePlot()
     case 6:
         return plot.Drag(plot.At(0.3, 0.3), plot.At(0.6, 0.6));
     default:
-        plot.Model()->setProperty("AveragingModeIndex", UpTo(3));
+        // A spectrum has no averages.
+        const int mode = UpTo(3);
+        if (QObject* model = plot.Model())
+            model->setProperty("AveragingModeIndex", mode);
     }
 }
 

@@ -36,7 +36,9 @@ bool CExampleInstrument::Connect()
     SetUnitList({CUnits::MICRO_TESLA, CUnits::NANO_TESLA, CUnits::GAUSS});
     SetRangeList({0.0001F}); // tesla
     SetTriggerList({CTrigger::CONTINUOUS, CTrigger::IMMEDIATE, CTrigger::TIMER, CTrigger::EXTERNAL});
-    setBound(AveragingBound(), 1, 1, 1);
+    // The meter page begins with 10, a mapping with 100: where a bound leaves these out, nobody can measure
+    // before he has changed them. A field that never changes is its own average.
+    setBound(AveragingBound(), 1, 1000, 10);
     setBound(BlockSizeBound(), 1, kMaxRate, 10);
     // The bounds of the device, and those that the fields of the application keep to.
     for (CBoundedParm* bound : {AcquisitionRateBound(), KestrixAcquisitionRateBound()})
