@@ -53,7 +53,7 @@ done < <(find "$share/icons/hicolor" -name kestrix.png | sed -E 's#(.*/([0-9]+)x
 
 while read -r file; do
     # Folders outside of the tree would be those of the build.
-    if readelf -d "$file" | grep -E 'R(UN)?PATH' | grep -vqE '\[(\$ORIGIN/[./]*:?)+\]'; then
+    if readelf -d "$file" | grep -E 'R(UN)?PATH' | grep -vqE '\[(\$ORIGIN/[A-Za-z0-9_./-]*:?)+\]'; then
         fault "looks for libraries outside of the tree: $file"
     fi
     ldd "$file" | grep "not found" >&2 && fault "does not find its libraries: $file"
