@@ -247,7 +247,9 @@ void tst_PluginCheck::findsFaults()
     QFETCH(int, fault);
     const Fault& expected = m_faults[fault];
     const CheckerRun& run = m_runs[expected.run];
-    const QByteArray found = run.codes.join(QLatin1Char(' ')).toUtf8();
+    const QByteArray found = (run.codes.join(QLatin1Char(' ')) + QLatin1Char('\n') +
+                              run.report.value(QLatin1String("output")).toString())
+                                 .toUtf8();
     QVERIFY2(run.codes.contains(expected.code), found.constData());
     QCOMPARE(run.exitCode, expected.exitCode);
     // Nothing else is wrong with it.
