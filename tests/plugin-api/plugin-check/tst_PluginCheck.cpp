@@ -133,8 +133,9 @@ void tst_PluginCheck::addBadInstruments()
                           "unit-ignored",        "list-update-missing"});
     addBad("instrument",
            {"thread-left", "list-empty", "connect-failed", "disconnect-threw", "identity-empty",
-            "ranges-empty", "range-order", "trigger-position", "bound-frequency", "timestamp-equal",
-            "timestamp-fraction", "sample-period", "uncertainty-negative", "converted-set", "unit-stale"},
+            "ranges-empty", "range-order", "trigger-position", "bound-frequency", "bound-averaging",
+            "timestamp-equal", "timestamp-fraction", "sample-period", "uncertainty-negative", "converted-set",
+            "unit-stale"},
            kNoViolation);
 }
 
