@@ -31,8 +31,11 @@ void CMapperCheck::Execute(CPluginLibrary& library)
     if (m_plugin->Name.isEmpty())
         m_run.Find("name-empty", QString());
     m_run.Fact(QStringLiteral("name"), m_plugin->Name);
-    if (!castToType())
+    if (!castToType()) {
+        m_run.Call("Stop()", [this] { m_plugin->Stop(); });
+        m_run.Delete(m_plugin);
         return;
+    }
     // A plug-in that no session used is stopped at termination all the same.
     stop("Stop() without Start()");
 

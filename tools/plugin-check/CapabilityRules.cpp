@@ -121,6 +121,15 @@ void checkBound(CCheckRun& run, const BoundRule& rule)
         run.Find("bound-invalid", text);
 }
 
+void checkAveraging(CCheckRun& run, const CBoundedParm& bound)
+{
+    // The defaults of the meter page and of a mapping.
+    for (const double start : {10.0, 100.0}) {
+        if (bound.Min() <= bound.Max() && (start < bound.Min() || start > bound.Max()))
+            run.Find("bound-averaging", QString::number(start));
+    }
+}
+
 void checkBounds(CCheckRun& run, CInstrument& instrument)
 {
     constexpr double kNoLimit = std::numeric_limits<double>::max();
@@ -135,6 +144,7 @@ void checkBounds(CCheckRun& run, CInstrument& instrument)
         {"FrequencyMaxBound", instrument.FrequencyMaxBound(), 0, false, kNoLimit}};
     for (const BoundRule& rule : rules)
         checkBound(run, rule);
+    checkAveraging(run, *instrument.AveragingBound());
     const double highest = instrument.FrequencyMaxBound()->Max();
     const double needed = instrument.KestrixAcquisitionRateBound()->Max() / 2;
     if (highest < needed * (1 - kRounding))

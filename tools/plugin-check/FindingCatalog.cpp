@@ -81,6 +81,9 @@ const Entry kEntries[] = {
     {"bound-default", kError, "Default of a bound lies outside of it."},
     {"bound-invalid", kError, "A bound is not finite, was never set or allows what makes no sense."},
     {"bound-frequency", kWarning, "FrequencyMaxBound is below half of the highest acquisition rate."},
+    {"bound-averaging", kWarning,
+     "AveragingBound leaves out 10 or 100, with which pages begin: nobody can measure there before he has "
+     "changed it."},
     {"property-silent", kError, "A property changed without its signal."},
     // Instruments: measurement
     {"not-running", kError, "IsRunning is not true after StartMeasurement()."},

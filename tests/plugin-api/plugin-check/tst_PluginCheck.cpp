@@ -133,8 +133,9 @@ void tst_PluginCheck::addBadInstruments()
                           "unit-ignored",        "list-update-missing"});
     addBad("instrument",
            {"thread-left", "list-empty", "connect-failed", "disconnect-threw", "identity-empty",
-            "ranges-empty", "range-order", "trigger-position", "bound-frequency", "timestamp-equal",
-            "timestamp-fraction", "sample-period", "uncertainty-negative", "converted-set", "unit-stale"},
+            "ranges-empty", "range-order", "trigger-position", "bound-frequency", "bound-averaging",
+            "timestamp-equal", "timestamp-fraction", "sample-period", "uncertainty-negative", "converted-set",
+            "unit-stale"},
            kNoViolation);
 }
 
@@ -247,7 +248,9 @@ void tst_PluginCheck::findsFaults()
     QFETCH(int, fault);
     const Fault& expected = m_faults[fault];
     const CheckerRun& run = m_runs[expected.run];
-    const QByteArray found = run.codes.join(QLatin1Char(' ')).toUtf8();
+    const QByteArray found = (run.codes.join(QLatin1Char(' ')) + QLatin1Char('\n') +
+                              run.report.value(QLatin1String("output")).toString())
+                                 .toUtf8();
     QVERIFY2(run.codes.contains(expected.code), found.constData());
     QCOMPARE(run.exitCode, expected.exitCode);
     // Nothing else is wrong with it.

@@ -108,7 +108,7 @@ void CBadInstrument::fillLists()
 
 void CBadInstrument::fillBounds()
 {
-    setBound(AveragingBound(), 1, 10, 1);
+    setBound(AveragingBound(), 1, isBad("bound-averaging") ? 99 : 100, 1);
     setBound(BlockSizeBound(), 1, kMaxBlockSize, 20);
     for (CBoundedParm* bound : {AcquisitionRateBound(), KestrixAcquisitionRateBound()})
         setBound(bound, 1, kRate, kRate);
@@ -117,9 +117,9 @@ void CBadInstrument::fillBounds()
     setBound(FrequencyMinBound(), 0, kRate / 2, 0);
     setBound(FrequencyMaxBound(), 1, kRate / 2, kRate / 2);
     if (isBad("bound-inverted"))
-        AveragingBound()->SetMin(11);
+        AveragingBound()->SetMin(101);
     if (isBad("bound-default"))
-        AveragingBound()->SetDefault(11);
+        AveragingBound()->SetDefault(101);
     if (isBad("bound-invalid"))
         BlockSizeBound()->SetMax(100000);
     if (isBad("bound-frequency")) {
