@@ -83,9 +83,6 @@ public:
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
-    /// Empties the model.
-    virtual void ClearData();
-
     /// Sets the window to these ends as far as there are results.
     Q_INVOKABLE virtual void refreshLegendData(double axeXMin, double axeXMax);
     /// Shows or hides one series; a hidden one does not count for the Y axis. Whoever sets several asks for
@@ -110,6 +107,8 @@ public:
     /// Filters the raw results that are not yet in the filtered history.
     virtual void UpdateFilter();
     virtual void ResetFilter();
+    /// Empties the model.
+    virtual void ClearData();
 
 public slots:
     void RecomputeFullFilter();

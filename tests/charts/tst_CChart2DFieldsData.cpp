@@ -9,6 +9,8 @@
 #include <QTimer>
 
 #include <cfloat>
+#include <cstddef>
+#include <cstring>
 #include <limits>
 #include <memory>
 
@@ -20,6 +22,7 @@ class tst_CChart2DFieldsData : public QObject
 
 private slots:
     void surface();
+    void virtualFunctionsInOrder();
     void constructedValues();
     void everyWriteIsTold();
     void modelOfTheTable();
@@ -67,6 +70,41 @@ void tst_CChart2DFieldsData::surface()
                        {"RecomputeFullFilter()", "OnMeasurementParametersRateChanged()", "UpdatePlot()"}));
     QVERIFY(meta.indexOfSignal("clearCharts()") >= meta.methodOffset());
     QVERIFY(meta.inherits(&CChart2D::staticMetaObject));
+}
+
+#ifdef __GXX_ABI_VERSION
+namespace {
+
+/// Where a virtual function stands in the table of its class: the first word of a pointer to it.
+template <class Function> std::ptrdiff_t placeInTable(Function function)
+{
+    std::ptrdiff_t words[2] = {};
+    static_assert(sizeof(words) == sizeof(function), "not a pointer to a member function");
+    std::memcpy(words, &function, sizeof(words));
+    return words[0];
+}
+
+} // namespace
+#endif
+
+void tst_CChart2DFieldsData::virtualFunctionsInOrder()
+{
+#ifdef __GXX_ABI_VERSION
+    const std::ptrdiff_t step = sizeof(void*);
+    const std::ptrdiff_t first = placeInTable(&CChart2DFieldsData::refreshLegendData);
+    QCOMPARE(placeInTable(&CChart2DFieldsData::resetAxisXDelta), first + step);
+    QCOMPARE(placeInTable(&CChart2DFieldsData::resetAxisYDelta), first + 2 * step);
+    QCOMPARE(placeInTable(&CChart2DFieldsData::UpdateAxisX), first + 3 * step);
+    QCOMPARE(placeInTable(&CChart2DFieldsData::UpdateTimeLabels), first + 4 * step);
+    QCOMPARE(placeInTable(&CChart2DFieldsData::UpdateDownsampling), first + 5 * step);
+    QCOMPARE(placeInTable(&CChart2DFieldsData::ComputeDeltaX), first + 6 * step);
+    QCOMPARE(placeInTable(&CChart2DFieldsData::UpdateFilter), first + 7 * step);
+    QCOMPARE(placeInTable(&CChart2DFieldsData::ResetFilter), first + 8 * step);
+    // Nothing before them: they follow those of the table model.
+    QCOMPARE(first, placeInTable(&QAbstractItemModel::revert) + step);
+#else
+    QSKIP("The order is that of another compiler's tables");
+#endif
 }
 
 void tst_CChart2DFieldsData::constructedValues()
