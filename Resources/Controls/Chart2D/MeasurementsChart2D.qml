@@ -141,11 +141,11 @@ Item {
             spacing: 5
             z: 2
 
-            RangeSlider {
+            AxisRangeSlider {
                 id: xSlider
 
                 objectName: "xRangeSlider"
-                Accessible.name: qsTr("Range of the horizontal axis")
+                name: qsTr("Range of the horizontal axis")
                 Layout.fillWidth: true
                 Layout.preferredHeight: 20
                 from: chart2D.lowestX
@@ -200,11 +200,11 @@ Item {
             Layout.fillHeight: true
             spacing: 0
 
-            RangeSlider {
+            AxisRangeSlider {
                 id: ySlider
 
                 objectName: "yRangeSlider"
-                Accessible.name: qsTr("Range of the vertical axis")
+                name: qsTr("Range of the vertical axis")
                 Layout.fillHeight: true
                 Layout.preferredWidth: 50
                 Layout.topMargin: 15
@@ -326,6 +326,7 @@ Item {
                 Layout.alignment: Qt.AlignTop
                 Layout.fillHeight: true
                 Layout.preferredWidth: 100
+                enabled: chart2D.bindingActived
                 chart: chartView
                 dataModel: chart2D.dataModel
             }

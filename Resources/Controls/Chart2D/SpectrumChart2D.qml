@@ -105,11 +105,11 @@ Item {
             spacing: 5
             z: 2
 
-            RangeSlider {
+            AxisRangeSlider {
                 id: xSlider
 
                 objectName: "xRangeSlider"
-                Accessible.name: qsTr("Range of the horizontal axis")
+                name: qsTr("Range of the horizontal axis")
                 Layout.fillWidth: true
                 Layout.preferredHeight: 20
                 from: chart2D.lowestX
