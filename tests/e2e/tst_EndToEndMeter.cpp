@@ -276,6 +276,19 @@ private slots:
         // The Tab key goes on to the other comment.
         driver().Key(Qt::Key_Tab);
         type("first");
+        // Other keys leave the two.
+        const auto focusAfter = [this](Qt::Key key, Qt::KeyboardModifiers modifiers) {
+            QTest::keyClick(driver().Window(), key, modifiers);
+            const QQuickItem* item = driver().Window()->activeFocusItem();
+            return item ? item->objectName() : QString();
+        };
+        const QString body = QStringLiteral("bodyCommentAreaText");
+        const QString title = QStringLiteral("recordBoxTitle");
+        QCOMPARE(focusAfter(Qt::Key_Backtab, Qt::ShiftModifier), body);
+        QCOMPARE(focusAfter(Qt::Key_Backtab, Qt::ShiftModifier), title);
+        QCOMPARE(focusAfter(Qt::Key_Tab, Qt::NoModifier), body);
+        QCOMPARE(focusAfter(Qt::Key_Tab, Qt::ControlModifier), QStringLiteral("measCommentAreaText"));
+        QVERIFY(focusAfter(Qt::Key_Tab, Qt::ControlModifier).endsWith(QStringLiteral("BoxTitle")));
         QVERIFY(driver().Click(QStringLiteral("resumeButton")));
         QTRY_VERIFY(blocks() >= 2);
         QVERIFY(driver().Click(QStringLiteral("measCommentAreaText")));

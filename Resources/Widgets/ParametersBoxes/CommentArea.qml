@@ -9,8 +9,16 @@ ScrollView {
     id: area
 
     property alias text: textArea.text
+    // Where the Tab key goes.
+    property Item tabTarget: null
 
     signal commented
+
+    // To the next item of the window, or the one before.
+    function leave(forward) {
+        const next = textArea.nextItemInFocusChain(forward);
+        next.forceActiveFocus(forward ? Qt.TabFocusReason : Qt.BacktabFocusReason);
+    }
 
     Layout.fillWidth: true
     Layout.preferredHeight: 50
@@ -37,8 +45,15 @@ ScrollView {
         font.pointSize: 9
         color: Style.TextDarkColor
         textFormat: TextEdit.PlainText
-        KeyNavigation.priority: KeyNavigation.BeforeItem
-        KeyNavigation.tab: area.KeyNavigation.tab
+        Keys.priority: Keys.BeforeItem
+        // Tab goes to and fro between the comments, so other keys have to leave them.
+        Keys.onTabPressed: {
+            if (event.modifiers & Qt.ControlModifier || area.tabTarget === null)
+                area.leave(true);
+            else
+                area.tabTarget.forceActiveFocus(Qt.TabFocusReason);
+        }
+        Keys.onBacktabPressed: area.leave(false)
         Accessible.name: area.Accessible.name
         onTextChanged: area.commented()
         onEditingFinished: area.commented()

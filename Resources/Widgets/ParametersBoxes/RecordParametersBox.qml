@@ -23,7 +23,7 @@ ParametersBox {
 
         objectName: "bodyCommentArea"
         Accessible.name: qsTr("Overall comment")
-        KeyNavigation.tab: measComment
+        tabTarget: measComment
         text: box.manager.BodyComment
         onCommented: box.manager.BodyComment = text
     }
@@ -39,7 +39,7 @@ ParametersBox {
 
         objectName: "measCommentArea"
         Accessible.name: qsTr("Per-measurement comment")
-        KeyNavigation.tab: bodyComment
+        tabTarget: bodyComment
         text: box.manager.MeasComment
         onCommented: box.manager.MeasComment = text
     }
