@@ -2,6 +2,8 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
+import "../Utils/KeyboardFocus.js" as KeyboardFocus
 import "../Utils/Style.js" as Style
 
 // The parameter boxes of a page, given as children, under each other.
@@ -11,7 +13,9 @@ ColumnLayout {
     default property alias boxes: boxColumn.data
     // Where boxes that move between panels find their place.
     readonly property alias boxArea: boxColumn
+    readonly property Item focusItem: Window.activeFocusItem
 
+    onFocusItemChanged: KeyboardFocus.bringIntoView(focusItem, boxColumn, flickable, flickable.height)
     spacing: 30
 
     Flickable {

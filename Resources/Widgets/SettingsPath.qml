@@ -4,6 +4,7 @@ import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import QtQuick.Window 2.15
 import "../Controls"
+import "../Utils/KeyboardFocus.js" as KeyboardFocus
 
 // All settings in one column. Paths, memory and updates go through the page's view model and take effect after a
 // restart; the others are those of the running program.
@@ -13,24 +14,7 @@ ScrollView {
     readonly property int comboBoxWidth: 200
     readonly property Item focusItem: Window.activeFocusItem
 
-    // Brings the control that the keyboard has reached into view.
-    function showFocusItem() {
-        const item = focusItem;
-        for (let ancestor = item; ancestor !== sections; ancestor = ancestor.parent) {
-            if (ancestor === null)
-                return;
-        }
-        const margin = 10;
-        const top = item.mapToItem(sections, 0, 0).y - margin;
-        const bottom = item.mapToItem(sections, 0, item.height).y + margin;
-        const view = settings.contentItem;
-        if (top < view.contentY)
-            view.contentY = Math.max(0, top);
-        else if (bottom > view.contentY + settings.availableHeight)
-            view.contentY = Math.min(bottom, sections.height) - settings.availableHeight;
-    }
-
-    onFocusItemChanged: showFocusItem()
+    onFocusItemChanged: KeyboardFocus.bringIntoView(focusItem, sections, settings.contentItem, settings.availableHeight)
     clip: true
     contentWidth: availableWidth
     ScrollBar.vertical.policy: ScrollBar.AlwaysOn

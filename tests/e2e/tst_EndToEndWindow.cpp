@@ -2,7 +2,9 @@
 // The window itself: start, menus, dialogs of the frame, keyboard.
 #include "CApplication.h"
 #include "EndToEndTest.h"
+#include "KeyboardWalk.h"
 
+#include <QQmlApplicationEngine>
 #include <QQmlContext>
 #include <QQmlExpression>
 #include <QQuickItem>
@@ -12,6 +14,32 @@
 class tst_EndToEndWindow : public EndToEndTest
 {
     Q_OBJECT
+
+private:
+    /// Notes what is wrong with all that the window shows now, or with what is within one item of it.
+    void walk(const char* where, QQuickWindow* window, QQuickItem* within = nullptr)
+    {
+        // Positioners place their items when the next frame is made.
+        window->update();
+        QTest::qWait(50);
+        const QStringList problems = KeyboardWalk(window, within).Problems();
+        for (const QString& problem : problems)
+            qCritical().noquote() << where << problem;
+        m_problems += problems;
+    }
+    void walk(const char* where) { walk(where, driver().Window()); }
+    void walkTab(const char* page, const char* tab)
+    {
+        QVERIFY2(driver().Click(QLatin1String(tab)), tab);
+        walk(qPrintable(QLatin1String(page) + QLatin1Char('/') + QLatin1String(tab)));
+    }
+    void openPage(const char* button, const char* page)
+    {
+        QVERIFY2(driver().Click(QLatin1String(button)), button);
+        QVERIFY2(driver().WaitFor(QLatin1String(page)), page);
+    }
+
+    QStringList m_problems;
 
 private slots:
     void launchWithoutPlugins()
@@ -120,6 +148,91 @@ private slots:
         }
         driver().Key(Qt::Key_Escape);
         QTRY_VERIFY(!driver().IsVisible(QStringLiteral("logMessageList")));
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void keyboardReachesEverything()
+    {
+        startWithDefaultInstrument();
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window()));
+        for (const char* title : {"alarmBoxTitle", "saveImportParametersBoxTitle"})
+            QVERIFY2(driver().Click(QLatin1String(title)), title);
+        walk("meter/componentTab");
+        QVERIFY(driver().Click(QStringLiteral("plotTab")));
+        QVERIFY(driver().Click(QStringLiteral("filterBoxTitle")));
+        QVERIFY(driver().Click(QStringLiteral("autoScalingButton")));
+        QVERIFY(driver().WaitFor(QStringLiteral("yRangeSlider")));
+        walk("meter/plotTab");
+        makeRecord(2);
+        walk("meter/plotTab with a record");
+        walkTab("meter", "tableTab");
+        answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
+        QVERIFY(driver().Click(QStringLiteral("endButton")));
+
+        openPage("spectrumMenuButton", "spectrumPage");
+        walkTab("spectrum", "plotTab");
+        walkTab("spectrum", "tableTab");
+        openPage("acAnalysisMenuButton", "acAnalysisPage");
+        walkTab("AC analysis", "plotTab");
+        walkTab("AC analysis", "tableTab");
+        openPage("mappingMenuButton", "mappingPage");
+        for (const char* tab : {"numericTab", "plotTab", "tableTab", "vectorTab"})
+            walkTab("mapping", tab);
+        openPage("settingsButton", "settingsPage");
+        walk("settings");
+        openPage("instrumentSelectionButton", "instrumentSelectionPage");
+        walkTab("selection", "instrumentTab");
+        walkTab("selection", "serialSettingsTab");
+        QCOMPARE(m_problems, QStringList());
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    void keyboardReachesDialogsAndDrawers()
+    {
+        startWithDefaultInstrument();
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window()));
+        const auto walkDialog = [this](const char* button, const char* dialog) {
+            QVERIFY2(driver().Click(QLatin1String(button)), button);
+            QObject* popup = driver().FindPopup(QLatin1String(dialog));
+            QVERIFY2(popup, dialog);
+            QTRY_VERIFY2(popup->property("opened").toBool(), dialog);
+            walk(dialog, driver().Window(),
+                 qvariant_cast<QQuickItem*>(popup->property("contentItem"))->parentItem());
+            driver().Key(Qt::Key_Escape);
+            QTRY_VERIFY2(!popup->property("visible").toBool(), dialog);
+        };
+        walkDialog("zeroOffsetButton", "zeroOffsetDialog");
+        walkDialog("openLogButton", "logDialog");
+
+        CApplication* const application = scenario().Application();
+        application->OnNewVersionAvailable(QStringLiteral("9.9"));
+        auto* const news = qobject_cast<QQuickWindow*>(application->QmlEngine()->rootObjects().last());
+        QVERIFY(news && news != driver().Window());
+        news->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(news));
+        walk("newSoftwareVersionDialog", news);
+        news->close();
+
+        driver().Window()->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window()));
+        driver().Window()->resize(954, 698);
+        QVERIFY(driver().WaitFor(QStringLiteral("smallMenuToggle")));
+        walk("meter in the small window");
+        // The drawer folds when the keyboard leaves it, so its way is one to and fro.
+        QVERIFY(driver().TabTo(QStringLiteral("parametersMenuToggle")));
+        driver().Key(Qt::Key_Space);
+        QVERIFY(driver().WaitFor(QStringLiteral("measurementBoxTitle")));
+        QStringList inDrawer;
+        while (application->MainViewModel()->ParameterMenuExpanded() && inDrawer.size() < 30) {
+            driver().Key(Qt::Key_Tab);
+            const QQuickItem* item = driver().Window()->activeFocusItem();
+            inDrawer << (item ? item->objectName() : QString());
+        }
+        for (const char* name : {"measurementBoxTitle", "unitsComboBoxBox", "averagingFieldText",
+                                 "defaultButton", "alarmBoxTitle", "saveImportParametersBoxTitle"})
+            QVERIFY2(inDrawer.contains(QLatin1String(name)), name);
+        QVERIFY(!driver().IsVisible(QStringLiteral("measurementBoxTitle")));
+        QCOMPARE(m_problems, QStringList());
         QVERIFY(scenario().CloseWindow());
     }
 
