@@ -12,6 +12,7 @@
 
 #include <QCoreApplication>
 #include <QQmlContext>
+#include <QSignalSpy>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -74,7 +75,11 @@ void MeasurementsChartTest::settle()
 {
     m_model->UpdatePlot();
     QCoreApplication::processEvents();
-    QTest::qWait(50);
+    QSignalSpy frame(m_view.get(), &QQuickWindow::frameSwapped);
+    for (int i = 0; i < 2; ++i) {
+        m_view->update();
+        frame.wait(1000);
+    }
 }
 
 void MeasurementsChartTest::addSamples(int count, double periodS, const std::function<float(int)>& value)
