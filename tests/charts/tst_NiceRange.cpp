@@ -65,6 +65,10 @@ void tst_NiceRange::knownRanges_data()
     QTest::newRow("factor 2") << 0.0 << 1.6 << 11 << 0.0 << 1.6 << 9;
     // x = 0.29: tick 0.2, ceil(14.5) = 15 intervals, integer half 7
     QTest::newRow("factor 2 odd half") << 0.0 << 2.9 << 11 << 0.0 << 3.0 << 8;
+    // x = 1.5, 3 and 7: the thresholds belong to the larger ticks, 2, 5 and 10
+    QTest::newRow("threshold of 2") << 0.0 << 15.0 << 11 << 0.0 << 16.0 << 9;
+    QTest::newRow("threshold of 5") << 0.0 << 30.0 << 11 << 0.0 << 30.0 << 7;
+    QTest::newRow("threshold of 10") << -5.0 << 65.0 << 11 << -10.0 << 70.0 << 9;
     // x = 0.4: tick 0.5
     QTest::newRow("factor 5") << -1.2 << 2.8 << 11 << -1.5 << 3.0 << 10;
     // x = 0.8: tick 1

@@ -74,7 +74,14 @@ class tst_EndToEndMeter : public EndToEndTest
 private:
     enum State { Off, Notification, Audio, FlagNotification };
 
-    void chooseState(State state) { QVERIFY(driver().Choose(QStringLiteral("alarmStateComboBox"), state)); }
+    void chooseState(State state)
+    {
+        QVERIFY(driver().Choose(QStringLiteral("alarmStateComboBox"), state));
+        // There is room for all of its text.
+        const auto* shown = qvariant_cast<QQuickItem*>(
+            driver().Find(QStringLiteral("alarmStateComboBoxBox"))->property("contentItem"));
+        QVERIFY(!shown->property("truncated").toBool());
+    }
     bool isWarned() { return driver().IsVisible(QStringLiteral("outOfBoundsWarning")); }
     int logLines() { return scenario().LogText().count(kLogLine); }
     /// Lets blocks pass that find the field where it was.

@@ -95,6 +95,7 @@ private slots:
     void piecesKeepTheirPace();
     void piecesOfWholeSecondsKeepTheirPace();
     void slowReplayCutsSampleBySample();
+    void spanIsRoundedToMilliseconds();
     void piecesWithinAMillisecond();
     void holdStopsThePieces();
     void releaseWithoutPiecesDoesNothing();
@@ -206,6 +207,21 @@ void tst_CMeterReplay::slowReplayCutsSampleBySample()
     meter->start();
     QTRY_VERIFY(!f.manager().IsPlayingBack());
     QCOMPARE(log.tables, (QVector<QVector<int>>{upTo(0, 0), upTo(0, 1), upTo(0, 2), upTo(0, 4)}));
+}
+
+void tst_CMeterReplay::spanIsRoundedToMilliseconds()
+{
+    MeasureFixture f;
+    auto meter = std::make_unique<CMeterOperationViewModel>(&f.operation, &f.settings, &f.notifier);
+    f.operation.OnNewMeasure(makeRamp(0, 5, 0, 1));
+    f.manager().StopRecord();
+    f.manager().SetTimeWarp(0.1);
+    f.manager().SetMinReplaySmallBlockDelayMillisecond(16);
+    TableLog log(*meter);
+    meter->start();
+    QTRY_VERIFY(!f.manager().IsPlayingBack());
+    // 1.6 ms are 2 ms of the record; a piece may begin before 4 - 1 ms.
+    QCOMPARE(log.tables, (QVector<QVector<int>>{upTo(0, 1), upTo(0, 4)}));
 }
 
 void tst_CMeterReplay::piecesWithinAMillisecond()

@@ -14,6 +14,8 @@ ParametersBox {
 
     readonly property QtObject viewModel: ActivePageViewModel.AlarmParametersViewModel
     readonly property int limitUnit: typeof viewModel.DisplayAlarmUnits === "undefined" ? 1 : viewModel.DisplayAlarmUnits
+    // Room for the longest state.
+    readonly property int choiceWidth: 135
     readonly property int choiceRestoreMode: QtVerSix ? Binding.RestoreBindingOrValue : Binding.RestoreBinding
 
     objectName: "alarmBox"
@@ -21,6 +23,7 @@ ParametersBox {
 
     ParametersComboBox {
         objectName: "alarmStateComboBox"
+        comboboxWidth: box.choiceWidth
         text: qsTr("State")
         visible: box.stateVisible
         writable: box.stateVisible
@@ -32,6 +35,7 @@ ParametersBox {
 
     ParametersComboBox {
         objectName: "alarmAxisComboBox"
+        comboboxWidth: box.choiceWidth
         text: qsTr("Axis")
         visible: box.axisVisible
         writable: box.axisVisible

@@ -55,6 +55,7 @@ ScrollView {
         }
         Keys.onBacktabPressed: area.leave(false)
         Accessible.name: area.Accessible.name
+        Accessible.description: qsTr("Ctrl+Tab and Shift+Tab leave the comments.")
         onTextChanged: area.commented()
         onEditingFinished: area.commented()
     }
