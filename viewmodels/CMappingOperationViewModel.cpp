@@ -376,6 +376,7 @@ void CMappingOperationViewModel::appendVector(const CMeasureBlockMapping& block)
     if (block.Results.isEmpty())
         return;
     const VectorRecord vector = makeVectorRecord(*block.Results.last(), block.Position);
+    storeAndEmitOnChange(this, m_vector.scale, vector.scale, &Page::ScaleChanged);
     const double magnitude = std::abs(vector.scale);
     if (magnitude > std::abs(m_maxScale) && magnitude > kSmallestMaxScale)
         setMaxScale(magnitude);

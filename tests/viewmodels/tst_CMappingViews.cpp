@@ -214,7 +214,12 @@ void tst_CMappingViews::largestScale()
     const MappingPage page = f.makeRunningPage();
     f.take({magnitude(0)});
     QCOMPARE(page->MaxScale(), kSmallestMaxScale);
+    // Whoever hears of the largest one finds the vector that it is of.
+    double scaleOfLargest = 0;
+    connect(page.get(), &CMappingOperationViewModel::MaxScaleChanged, this,
+            [&] { scaleOfLargest = page->Scale(); });
     f.take({magnitude(-5)});
+    QCOMPARE(scaleOfLargest, -5.0);
     QCOMPARE(page->Scale(), -5.0);
     QCOMPARE(page->MaxScale(), 5.0);
     f.take({magnitude(4)});
