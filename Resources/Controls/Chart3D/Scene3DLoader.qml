@@ -27,12 +27,15 @@ Item {
     readonly property bool isUsable: GraphicsInfo.api === GraphicsInfo.OpenGL && (isEmbedded || isDesktop21)
 
     // On a scaled display a scene rounds the pixels of its picture and cuts off those that it draws: the largest length
-    // for which both are the same leaves no black edge.
+    // for which both are the same leaves no black edge. At a scale next to 1 there can be none for hundreds of pixels,
+    // and an edge is less than a gap.
     function drawnLength(available) {
-        let length = Math.floor(available);
-        while (length > 0 && (length * Screen.devicePixelRatio) % 1 >= 0.5)
-            --length;
-        return length;
+        const most = Math.max(Math.floor(available), 0);
+        for (let length = most; length > most - 16; --length) {
+            if ((length * Screen.devicePixelRatio) % 1 < 0.5)
+                return Math.max(length, 0);
+        }
+        return most;
     }
 
     function showScene() {
