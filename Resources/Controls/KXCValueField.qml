@@ -130,8 +130,20 @@ ColumnLayout {
         property bool completed: false
     }
 
+    TextMetrics {
+        id: metrics
+
+        font.family: Style.NumberFontFamily
+        font.pointSize: 10
+        text: textField.text
+    }
+
     TextField {
         id: textField
+
+        // In a narrow field the number goes before its unit, and its beginning before its end.
+        readonly property real room: width - leftPadding - 6
+        readonly property bool hasRoomForUnit: unitLabel.text.trim() !== "" && metrics.advanceWidth + unitLabel.width + 4 <= room
 
         objectName: valueField.objectName + "Text"
         Layout.fillWidth: true
@@ -140,7 +152,8 @@ ColumnLayout {
         topPadding: fieldLabel.text === "" ? 2 : 16
         bottomPadding: 2
         leftPadding: 6
-        rightPadding: unitLabel.text.trim() === "" ? 6 : unitLabel.width + 10
+        rightPadding: hasRoomForUnit ? unitLabel.width + 10 : 6
+        autoScroll: activeFocus
         verticalAlignment: TextInput.AlignVCenter
         selectByMouse: true
         selectionColor: Style.TextFieldFocusBorder
@@ -149,7 +162,7 @@ ColumnLayout {
         inputMethodHints: Qt.ImhPreferNumbers
         placeholderText: "-"
         font.family: Style.NumberFontFamily
-        font.pointSize: 10
+        font.pointSize: metrics.advanceWidth <= room ? 10 : 7.5
         color: enabled && !valueField.valid ? "red" : Style.TextDarkColor
         Accessible.name: fieldLabel.text
         ToolTip.text: valueField.toolTipText
@@ -190,6 +203,7 @@ ColumnLayout {
         KXCLabel {
             id: unitLabel
 
+            visible: textField.hasRoomForUnit
             anchors.right: parent.right
             anchors.rightMargin: 6
             anchors.baseline: parent.baseline
