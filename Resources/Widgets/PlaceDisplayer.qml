@@ -21,6 +21,6 @@ ColumnLayout {
     RowLayout {
         id: row
 
-        spacing: 5
+        spacing: 15
     }
 }
