@@ -282,6 +282,8 @@ void tst_MeterParametersBoxes::withoutInstrument()
     m_fixture->supervisor.ClearActiveInstrument();
     load();
     QCOMPARE(choice("unitsComboBox")->property("count").toInt(), 1);
+    QCOMPARE(choice("unitsComboBox")->property("currentText").toString(), QStringLiteral("--"));
+    QVERIFY(item("measurementBox")->property("valid").toBool());
     QCOMPARE(choice("rangeComboBox")->property("count").toInt(), 1);
     QCOMPARE(item("acquisitionRateField")->property("minValue").toDouble(), 5e-324);
     QCOMPARE(item("acquisitionRateField")->property("maxValue").toDouble(), 1.7976931348623157e308);

@@ -41,6 +41,8 @@ ParametersBox {
         viewModel: box.viewModel
         choices: box.viewModel.UnitsList
         indexProperty: "SelectedUnitIndex"
+        // Without an instrument there is one entry, which stands in no way of a replay.
+        fallsBackToFirst: box.instrument === null
     }
 
     ParametersComboBox {
