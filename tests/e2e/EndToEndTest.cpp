@@ -47,10 +47,10 @@ void EndToEndTest::openMeter()
     QVERIFY(driver().WaitFor(QStringLiteral("resumeButton")));
 }
 
-void EndToEndTest::startWithDefaultInstrument()
+void EndToEndTest::startWithDefaultInstrument(Scenario::Plugins plugins)
 {
     Scenario::WriteDefaultInstrument(QStringLiteral("Simulated instrument"), kSimulated);
-    m_scenario->Start(Scenario::Shipped);
+    m_scenario->Start(plugins);
     QVERIFY(driver().WaitFor(QStringLiteral("meterPage")));
 }
 

@@ -27,7 +27,7 @@ protected:
 
     void connectFirstInstrument();
     void openMeter();
-    void startWithDefaultInstrument();
+    void startWithDefaultInstrument(Scenario::Plugins plugins = Scenario::Shipped);
     /// Records until there are so many blocks, and stops.
     void makeRecord(int count = 5);
     /// Saves the record under that name; returns its path, or nothing if that failed.

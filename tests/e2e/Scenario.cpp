@@ -27,6 +27,33 @@ void writeFile(const QString& path, const QString& text)
     file.write(text.toUtf8());
 }
 
+/// A directory of the run with links to the plug-ins.
+QString directoryWithFakeMapper()
+{
+    const QString directory = QDir::current().filePath(QStringLiteral("application"));
+    QDir(directory).removeRecursively();
+    QDir().mkpath(directory + QStringLiteral("/kestrix"));
+    if (!QFile::link(QStringLiteral(KESTRIX_BIN_DIR "/kestrix/instrument"),
+                     directory + QStringLiteral("/kestrix/instrument")) ||
+        !QFile::link(QStringLiteral(KESTRIX_FAKE_PLUGINS_DIR "/mapper"),
+                     directory + QStringLiteral("/kestrix/mapper")))
+        qFatal("cannot link plug-ins in %s", qPrintable(directory));
+    return directory;
+}
+
+QString applicationDirectory(Scenario::Plugins plugins)
+{
+    switch (plugins) {
+    case Scenario::None:
+        break;
+    case Scenario::Shipped:
+        return QStringLiteral(KESTRIX_BIN_DIR);
+    case Scenario::FakeMapper:
+        return directoryWithFakeMapper();
+    }
+    return QDir::currentPath();
+}
+
 QString pluginSettingsPath(const char* name)
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
@@ -52,6 +79,11 @@ void Scenario::WriteReplaySettings(const QString& text)
     writeFile(pluginSettingsPath("KestrixFileReplay.ini"), text);
 }
 
+void Scenario::WriteMapperSettings(const QString& text)
+{
+    writeFile(pluginSettingsPath("KestrixSimulatedMapper.ini"), text);
+}
+
 void Scenario::WriteDefaultInstrument(const QString& name, const QString& serialNumber)
 {
     writeFile(SettingsDirectoryPath + QStringLiteral("/KestrixConnectionSettings.xml"),
@@ -73,9 +105,17 @@ void Scenario::WriteMeasureSettings(const QString& elements)
                   .arg(elements));
 }
 
+void Scenario::WriteMappingSettings(const QString& measurement, const QString& mapping)
+{
+    writeFile(SettingsDirectoryPath + QStringLiteral("/KestrixMappingSettings.xml"),
+              QStringLiteral("<OPERATION_PARAMETERS><MEASUREMENT_PARAMETERS>%1</MEASUREMENT_PARAMETERS>"
+                             "<MAPPING_PARAMETERS>%2</MAPPING_PARAMETERS></OPERATION_PARAMETERS>")
+                  .arg(measurement, mapping));
+}
+
 qint64 Scenario::Start(Plugins plugins)
 {
-    ApplicationDirPath = plugins == Shipped ? QStringLiteral(KESTRIX_BIN_DIR) : QDir::currentPath();
+    ApplicationDirPath = applicationDirectory(plugins);
     QElapsedTimer clock;
     clock.start();
     m_application = CApplication::Instance();

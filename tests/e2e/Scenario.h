@@ -17,8 +17,9 @@ class CApplication;
 class Scenario
 {
 public:
-    /// Where the plug-in directories lie.
-    enum Plugins { None, Shipped };
+    /// Which plug-ins there are: none, those that are shipped, or the instruments of these with a mapper of
+    /// the tests, which does what its dynamic properties say.
+    enum Plugins { None, Shipped, FakeMapper };
 
     Scenario();
     ~Scenario();
@@ -26,9 +27,11 @@ public:
     /// Settings files that must be there before the start.
     static void WriteSimulationSettings(const QString& text);
     static void WriteReplaySettings(const QString& text);
+    static void WriteMapperSettings(const QString& text);
     static void WriteDefaultInstrument(const QString& name, const QString& serialNumber);
     static void WriteApplicationSettings(const QString& elements);
     static void WriteMeasureSettings(const QString& elements);
+    static void WriteMappingSettings(const QString& measurement, const QString& mapping);
 
     /// Starts the program and waits for its window; returns how long it took in milliseconds.
     qint64 Start(Plugins plugins);
