@@ -288,7 +288,8 @@ void tst_EndToEndMapping::mapOfADipole()
     QCOMPARE(driver().Text(QStringLiteral("pitchFieldText")), QStringLiteral("-140.00"));
     QVERIFY(driver().Click(QStringLiteral("resumeButton")));
     QTRY_VERIFY_WITH_TIMEOUT(!isInSession() && blocks() == map.size(), 30000);
-    const double live = compareViews(map, 1e-6);
+    double live = -1;
+    compareTable(map, 1e-6, live);
 
     const QString path = saveRecord(QStringLiteral("dipole.qdr.xml"));
     QVERIFY(!path.isEmpty());
@@ -375,7 +376,8 @@ void tst_EndToEndMapping::publishedMapWithoutInstrument()
     scenario().RecordingManager()->setProperty("TimeWarp", 1e9);
     QVERIFY(driver().Click(QStringLiteral("resumeButton")));
     QTRY_VERIFY_WITH_TIMEOUT(!scenario().Flag("IsPlayingBack"), 120000);
-    const double replayed = compareViews(map, 1e-5);
+    double replayed = -1;
+    compareTable(map, 1e-5, replayed);
     qInfo("%d published points, largest deviation as part of the field: loaded %.2g, replayed %.2g",
           map.size(), loaded, replayed);
     answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A thousand random changes of page, tab and state, and what they leave behind.
 #include "CApplication.h"
+#include "COperationMapping.h"
 #include "EndToEndTest.h"
 #include "PlotDriver.h"
 #include "RandomUser.h"
@@ -46,6 +47,9 @@ public:
             if (method.methodType() != QMetaMethod::Signal)
                 continue;
             const QByteArray signature = method.methodSignature();
+            // A context property that is set to an object listens for its end once more each time.
+            if (signature.startsWith("destroyed("))
+                continue;
             const int count = (object->*&ReceiverCount::receivers)(QByteArray('2' + signature).constData());
             if (count > 0)
                 counts.insert(QByteArray(object->metaObject()->className()) + "::" + signature, count);
@@ -108,17 +112,22 @@ private:
         int items = 0;
         QMap<QByteArray, int> objects;
         QMap<QByteArray, int> connections;
+        QMap<QByteArray, int> mappingConnections;
         double megabytes = 0;
     };
 
     std::unique_ptr<RandomUser> m_user;
     QVector<QPointer<QObject>> m_pages;
+    QPointer<COperationMapping> m_mapping; ///< once its page has been seen
+    int m_mappingVisits = 0;
+    int m_mostPlaces = 0;
 
     RandomUser& user() { return *m_user; }
     int upTo(int count) { return user().UpTo(count); }
     CMainViewModel& shell() { return *scenario().Application()->MainViewModel(); }
     QObject* manager() { return scenario().RecordingManager(); }
     bool isOnMeterPage() { return driver().IsVisible(QStringLiteral("meterPage")); }
+    bool isOnMappingPage() { return driver().IsVisible(QStringLiteral("mappingPage")); }
 
     void remember()
     {
@@ -129,10 +138,43 @@ private:
 
     void changePage()
     {
-        if (upTo(4) == 0)
-            shell().displayInstrumentSelectionPage();
-        else
+        switch (upTo(8)) {
+        case 0:
+        case 1:
+            return shell().displayInstrumentSelectionPage();
+        case 2:
+            return visitMapping(upTo(4));
+        default:
             shell().displayMeterPage();
+        }
+    }
+
+    /// Maps, stops, replays or gives up, with the view of that tab.
+    void visitMapping(int tab)
+    {
+        shell().displayMappingPage();
+        if (!isOnMappingPage())
+            return;
+        ++m_mappingVisits;
+        m_mapping = qobject_cast<COperationMapping*>(scenario().ActiveOperation());
+        remember();
+        user().OpenTab(tab);
+        if (upTo(2) == 0 && driver().IsVisible(QStringLiteral("playbackButton")))
+            QMetaObject::invokeMethod(scenario().PageViewModel(), "start");
+        else
+            user().GiveCommand({"resume", "resume", "stop", "end"});
+        QTest::qWait(upTo(50));
+        m_mostPlaces = std::max(m_mostPlaces, blocks());
+    }
+
+    /// Without a question about data.
+    void leaveMapping()
+    {
+        if (!isOnMappingPage())
+            return;
+        QMetaObject::invokeMethod(scenario().PageViewModel(), "stop");
+        answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
+        QMetaObject::invokeMethod(scenario().PageViewModel(), "end");
     }
 
     /// One of the changes; `commands` are those that make sense for the data at hand.
@@ -163,11 +205,17 @@ private:
         remember();
         if (!isOnMeterPage())
             shell().displayMeterPage();
+        // The question may have kept the map.
+        if (isOnMappingPage()) {
+            leaveMapping();
+            shell().displayMeterPage();
+        }
     }
 
     /// A state that can be reached from every other one: meter page, first tab, wide window, no data.
     Census lookAround()
     {
+        leaveMapping();
         shell().displayMeterPage();
         QObject* page = scenario().PageViewModel();
         for (const char* command : {"hold", "stop"})
@@ -203,8 +251,24 @@ private:
               parameters, const_cast<const QObject*>(manager()->property("DataSet").value<QObject*>()),
               static_cast<const QObject*>(&shell())})
             census.connections.insert(ReceiverCount::of(object));
+        census.mappingConnections = mappingConnections();
         census.megabytes = heapMegabytes();
         return census;
+    }
+
+    QMap<QByteArray, int> mappingConnections()
+    {
+        QMap<QByteArray, int> counts;
+        if (!m_mapping)
+            return counts;
+        CMappingParameters& parameters = *m_mapping->MappingParameters();
+        for (const QObject* object : std::initializer_list<const QObject*>{
+                 m_mapping, m_mapping->RecordingManager(), m_mapping->RecordingManager()->DataSet(),
+                 m_mapping->OperationParameters()->MeasurementParameters(), &parameters,
+                 parameters.MapperSourceCartesian()->X(), parameters.MapperSourceFile()->MappingFile(),
+                 parameters.SelectedMapper()})
+            counts.insert(ReceiverCount::of(object));
+        return counts;
     }
 
     /// The log's, without two that belong to every run here: the style that the environment of the tests asks
@@ -228,6 +292,7 @@ private:
               last.megabytes, kChanges);
         QCOMPARE(last.items, first.items);
         QCOMPARE(difference(first.connections, last.connections), QByteArray());
+        QCOMPARE(difference(first.mappingConnections, last.mappingConnections), QByteArray());
         QCOMPARE(difference(first.objects, last.objects), QByteArray());
         // Qt keeps a few kilobytes of each dialog; pages that were kept would be twenty megabytes and more.
         QVERIFY(last.megabytes < first.megabytes + 8);
@@ -248,6 +313,12 @@ private:
         user().OpenTab(1);
         QVERIFY(driver().WaitFor(QStringLiteral("chartView")));
         PlotDriver(driver()).Wheel(120);
+        // And the scene of the vectors.
+        visitMapping(3);
+        QVERIFY(driver().WaitFor(QStringLiteral("vectorsScene")));
+        leaveMapping();
+        shell().displayMeterPage();
+        QVERIFY(isOnMeterPage());
         Census first;
         prepare();
         for (int i = 0; i < kChanges; ++i) {
@@ -267,6 +338,8 @@ private slots:
         Scenario::WriteMeasureSettings(QStringLiteral(
             "<Units>uT</Units><AcquisitionRate>1000</AcquisitionRate><DisplayRate>50</DisplayRate>"
             "<TriggerMode>Continuous</TriggerMode>"));
+        Scenario::WriteMapperSettings(
+            QStringLiteral("[Gantry]\nSpeed=100000\nAngularSpeed=100000\nSettleMs=1\n"));
         startWithDefaultInstrument();
         const auto resume = [this] { QMetaObject::invokeMethod(scenario().PageViewModel(), "resume"); };
         int most = 0;
@@ -281,6 +354,8 @@ private slots:
             },
             resume);
         QVERIFY2(most > 10, qPrintable(QString::number(most)));
+        QVERIFY2(m_mappingVisits > kChanges / 100, qPrintable(QString::number(m_mappingVisits)));
+        QVERIFY(m_mostPlaces > 0);
         QVERIFY(scenario().CloseWindow());
     }
 

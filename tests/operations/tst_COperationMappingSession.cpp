@@ -122,6 +122,8 @@ void tst_COperationMappingSession::startWithAnOnTheFlyMapper()
     QVERIFY(m_operation->SessionInProgress());
     QCOMPARE(callsOf(*m_flyingMapper), QStringList(QStringLiteral("Start")));
     QCOMPARE(mapping().MapperSourceCartesian()->PositionIndex(), 0);
+    m_operation->OnNewMeasure(CFakeInstrument::MakeBlock(1));
+    QCOMPARE(mapping().MapperSourceCartesian()->PositionIndex(), 0);
 }
 
 void tst_COperationMappingSession::startWithAMapperThatLies_data()

@@ -201,18 +201,19 @@ void tst_CMappingOperationViewModel::resumeAsksAboutStoredData()
     MappingPageFixture f;
     f.connectInstrument();
     const MappingPage page = f.makePage();
-    f.recordRow(*page, 2);
+    f.take(f.ramp(1));
+    f.mappingManager().StopRecord();
     f.mappingManager().SetMeasComment(QStringLiteral("old"));
     DialogDriver dialogs;
     dialogs.pressNext(QMessageBox::Cancel);
     page->resume();
-    QCOMPARE(f.mappingManager().NumBlocks(), 2);
-    QVERIFY(!f.mapping.SessionInProgress());
+    QCOMPARE(f.mappingManager().NumBlocks(), 1);
+    QVERIFY(!f.mapping.SessionInProgress() && !page->CanAcceptNewMeasure());
     dialogs.pressNext(QMessageBox::Ok);
     page->resume();
     QCOMPARE(f.mappingManager().NumBlocks(), 0);
     QCOMPARE(f.mappingManager().MeasComment(), QString());
-    QVERIFY(f.mapping.SessionInProgress() && f.mappingManager().IsRecording());
+    QVERIFY(f.mapping.SessionInProgress() && f.mappingManager().IsRecording() && page->CanAcceptNewMeasure());
     QCOMPARE(dialogs.messages, (QStringList{kQuitQuestion, kQuitQuestion}));
     QVERIFY(dialogs.isDone());
 }

@@ -27,15 +27,15 @@ Item {
     readonly property bool isUsable: GraphicsInfo.api === GraphicsInfo.OpenGL && (isEmbedded || isDesktop21)
 
     // On a scaled display a scene rounds the pixels of its picture and cuts off those that it draws: the largest length
-    // for which both are the same leaves no black edge. At a scale next to 1 there can be none for hundreds of pixels,
-    // and an edge is less than a gap.
+    // for which both are the same leaves no black edge. At a scale next to 1 there can be none for hundreds of pixels;
+    // then the scene is larger than its place, and the edges are cut off.
     function drawnLength(available) {
         const most = Math.max(Math.floor(available), 0);
         for (let length = most; length > most - 16; --length) {
             if ((length * Screen.devicePixelRatio) % 1 < 0.5)
                 return Math.max(length, 0);
         }
-        return most;
+        return most + 2;
     }
 
     function showScene() {
@@ -59,9 +59,13 @@ Item {
             keeper.giveBack(source, place);
     }
 
+    clip: place.x < 0 || place.y < 0
+
     Item {
         id: place
 
+        x: width > parent.width ? -1 : 0
+        y: height > parent.height ? -1 : 0
         width: sceneLoader.drawnLength(parent.width)
         height: sceneLoader.drawnLength(parent.height)
 
