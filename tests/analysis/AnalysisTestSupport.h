@@ -4,6 +4,7 @@
 #include "ComputeError.h"
 
 #include <QString>
+#include <QTest>
 
 #include <cmath>
 #include <random>
@@ -59,6 +60,14 @@ inline const std::vector<std::size_t> kLengths = {
     31,   32,   36,   49,   60,   64,   97,   100,  101,  121,  127,  128,  169,  243,  250,  254,  255,
     256,  257,  500,  509,  512,  625,  729,  997,  998,  1000, 1001, 1021, 1022, 1023, 1024, 1025, 1331,
     2000, 2047, 2048, 2049, 2187, 2500, 3125, 3750, 4092, 4093, 4095, 4096, 4097, 4998, 4999, 5000};
+
+/// A row for each of the lengths, in a column "size".
+inline void addLengthRows()
+{
+    QTest::addColumn<qulonglong>("size");
+    for (const std::size_t size : kLengths)
+        QTest::addRow("%zu", size) << static_cast<qulonglong>(size);
+}
 
 /// Largest difference, as a share of `scale`.
 inline double worstDifference(const std::vector<float>& found, const std::vector<double>& expected,

@@ -104,6 +104,7 @@ private slots:
 
 private:
     QString write(const QByteArray& content) const;
+    void readRefused(const QString& path, const QString& box);
 
     QTemporaryDir m_directory;
     std::unique_ptr<COwner> m_owner;
@@ -274,20 +275,26 @@ void tst_LimitsXmlFile::readingReplacesBands()
     QCOMPARE(m_file->HighestExposure(), 1.0);
 }
 
+/// Reads a file that the user is told of by this box.
+void tst_LimitsXmlFile::readRefused(const QString& path, const QString& box)
+{
+    DialogDriver dialogs;
+    dialogs.pressNext(QMessageBox::Ok);
+    m_file->ReadFile(path);
+    QVERIFY(dialogs.isDone());
+    QCOMPARE(dialogs.messages, QStringList(box));
+    QVERIFY(m_file->FileError());
+}
+
 void tst_LimitsXmlFile::missingFile()
 {
     const QString path = m_directory.filePath(QStringLiteral("absent.xml"));
     m_owner->path = path;
     QSignalSpy errorSpy(m_file.get(), &LimitsXmlFile::FileErrorChanged);
-    DialogDriver dialogs;
-    dialogs.pressNext(QMessageBox::Ok);
     const LogRecorder log;
-    m_file->ReadFile(path);
-    QVERIFY(dialogs.isDone());
-    QCOMPARE(dialogs.messages, QStringList(kUnreadableBox));
+    readRefused(path, kUnreadableBox);
     QCOMPARE(log.Messages(),
              QStringList(QStringLiteral("WARN Cannot read the file. Limit File doesn't exist : ") + path));
-    QVERIFY(m_file->FileError());
     QCOMPARE(errorSpy.count(), 1);
     QCOMPARE(m_owner->numForgotten, 1);
 }
@@ -297,15 +304,10 @@ void tst_LimitsXmlFile::unreadableFile()
     // A directory exists and cannot be opened.
     const QString path = m_directory.path();
     m_owner->path = path;
-    DialogDriver dialogs;
-    dialogs.pressNext(QMessageBox::Ok);
     const LogRecorder log;
-    m_file->ReadFile(path);
-    QVERIFY(dialogs.isDone());
-    QCOMPARE(dialogs.messages, QStringList(kUnreadableBox));
+    readRefused(path, kUnreadableBox);
     QCOMPARE(log.Texts(QtWarningMsg),
              QStringList(QStringLiteral("Cannot read the file. Limit file path : ") + path));
-    QVERIFY(m_file->FileError());
     QCOMPARE(m_owner->path, path);
 }
 
@@ -328,15 +330,10 @@ void tst_LimitsXmlFile::refusedRoot()
     QFETCH(const QByteArray, content);
     const QString path = write(content);
     m_owner->path = path;
-    DialogDriver dialogs;
-    dialogs.pressNext(QMessageBox::Ok);
     const LogRecorder log;
-    m_file->ReadFile(path);
-    QVERIFY(dialogs.isDone());
-    QCOMPARE(dialogs.messages, QStringList(kInvalidBox));
+    readRefused(path, kInvalidBox);
     QCOMPARE(log.Messages(), QStringList(QStringLiteral("DEBUG Error: Failed to parse file : ") + path +
                                          QStringLiteral(" : Incorrect file")));
-    QVERIFY(m_file->FileError());
     QVERIFY(m_file->Ranges().isEmpty());
     QCOMPARE(m_owner->path, path);
 }
@@ -344,15 +341,10 @@ void tst_LimitsXmlFile::refusedRoot()
 void tst_LimitsXmlFile::foreignElement()
 {
     const QString path = write(document(band("10", "1", "mT") + "<freqrange/>" + band("20", "2", "mT")));
-    DialogDriver dialogs;
-    dialogs.pressNext(QMessageBox::Ok);
     const LogRecorder log;
-    m_file->ReadFile(path);
-    QVERIFY(dialogs.isDone());
-    QCOMPARE(dialogs.messages, QStringList(kInvalidBox));
+    readRefused(path, kInvalidBox);
     QCOMPARE(log.Messages(), QStringList(QStringLiteral("DEBUG Error: Failed to parse file : ") + path +
                                          QStringLiteral(" : Incorrect file")));
-    QVERIFY(m_file->FileError());
     QCOMPARE(bandsOf(*m_file), QStringList(QStringLiteral("10 Hz 1 mT")));
 }
 

@@ -122,12 +122,7 @@ private slots:
         QCOMPARE(value, kInfinity);
     }
 
-    void againstTheReference_data()
-    {
-        QTest::addColumn<qulonglong>("size");
-        for (const std::size_t size : kLengths)
-            QTest::addRow("%zu", size) << static_cast<qulonglong>(size);
-    }
+    void againstTheReference_data() { addLengthRows(); }
     void againstTheReference()
     {
         QFETCH(const qulonglong, size);

@@ -93,12 +93,7 @@ private slots:
         QVERIFY(std::abs(spectrum.back() - 3.0F * 0.999F) < 1e-5F);
     }
 
-    void againstTheReference_data()
-    {
-        QTest::addColumn<qulonglong>("size");
-        for (const std::size_t size : kLengths)
-            QTest::addRow("%zu", size) << static_cast<qulonglong>(size);
-    }
+    void againstTheReference_data() { addLengthRows(); }
     void againstTheReference()
     {
         QFETCH(const qulonglong, size);

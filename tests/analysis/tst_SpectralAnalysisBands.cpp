@@ -82,12 +82,7 @@ private slots:
         }
     }
 
-    void oneBandIsTheWholeSignal_data()
-    {
-        QTest::addColumn<qulonglong>("size");
-        for (const std::size_t size : kLengths)
-            QTest::addRow("%zu", size) << static_cast<qulonglong>(size);
-    }
+    void oneBandIsTheWholeSignal_data() { addLengthRows(); }
     void oneBandIsTheWholeSignal()
     {
         QFETCH(const qulonglong, size);

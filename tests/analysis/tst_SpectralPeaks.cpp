@@ -157,12 +157,7 @@ private slots:
         QVERIFY(frequencies[0] == expected);
     }
 
-    void againstTheReference_data()
-    {
-        QTest::addColumn<qulonglong>("size");
-        for (const std::size_t size : kLengths)
-            QTest::addRow("%zu", size) << static_cast<qulonglong>(size);
-    }
+    void againstTheReference_data() { addLengthRows(); }
     void againstTheReference()
     {
         QFETCH(const qulonglong, size);

@@ -53,15 +53,7 @@ void MeterView::Deliver(const QSharedPointer<CMeasureBlock>& block)
 
 QQuickItem* MeterView::Find(const char* name) const
 {
-    const QString wanted = QString::fromLatin1(name);
-    QList<QQuickItem*> open{m_view->contentItem()};
-    while (!open.isEmpty()) {
-        QQuickItem* candidate = open.takeFirst();
-        if (candidate->objectName() == wanted)
-            return candidate;
-        open.append(candidate->childItems());
-    }
-    return nullptr;
+    return QmlTestSetup::FindItem(m_view->contentItem(), name);
 }
 
 QQuickItem* MeterView::Scene() const

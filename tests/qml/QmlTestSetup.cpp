@@ -11,6 +11,7 @@
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQmlError>
+#include <QQuickItem>
 #include <QTest>
 
 namespace {
@@ -86,6 +87,20 @@ void QmlTestSetup::setUp(QQmlEngine* engine)
     context->setContextProperty(QStringLiteral("MainViewModel"), &m_mainViewModel);
     context->setContextProperty(QStringLiteral("ConnectionPageViewModel"), &m_connectionPage);
     context->setContextProperty(QStringLiteral("TestSupport"), this);
+}
+
+QQuickItem* QmlTestSetup::FindItem(QQuickItem* root, const char* name)
+{
+    const QString wanted = QString::fromLatin1(name);
+    QList<QQuickItem*> open{root};
+    while (!open.isEmpty()) {
+        QQuickItem* candidate = open.takeFirst();
+        if (candidate->objectName() == wanted)
+            return candidate;
+        // By childItems(), not children(): what loaders and delegates make is no child object of theirs.
+        open.append(candidate->childItems());
+    }
+    return nullptr;
 }
 
 void QmlTestSetup::qmlEngineAvailable(QQmlEngine* engine)

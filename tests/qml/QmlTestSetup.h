@@ -9,6 +9,7 @@
 #include <QString>
 
 class QQmlEngine;
+class QQuickItem;
 
 /// What QML needs of the application to show controls: fonts, units, "Utils"; and "TestSupport" for the
 /// tests.
@@ -35,6 +36,9 @@ public:
     Q_INVOKABLE QAbstractItemModel* resultsModel(int rows);
 
     void setUp(QQmlEngine* engine);
+
+    /// The item of that name below `root`, shown or not; null if there is none.
+    static QQuickItem* FindItem(QQuickItem* root, const char* name);
 
 public slots:
     void qmlEngineAvailable(QQmlEngine* engine);

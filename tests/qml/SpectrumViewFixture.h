@@ -119,15 +119,7 @@ inline void SpectrumViewFixture::settle()
 
 template <class T> T* SpectrumViewFixture::find(const char* name) const
 {
-    const QString wanted = QString::fromLatin1(name);
-    QList<QQuickItem*> open{m_view->rootObject()};
-    while (!open.isEmpty()) {
-        QQuickItem* candidate = open.takeFirst();
-        if (candidate->objectName() == wanted)
-            return qobject_cast<T*>(candidate);
-        open.append(candidate->childItems());
-    }
-    return nullptr;
+    return qobject_cast<T*>(QmlTestSetup::FindItem(m_view->rootObject(), name));
 }
 
 inline QPoint SpectrumViewFixture::centreOf(const char* name) const

@@ -172,15 +172,7 @@ void tst_MeasurementsChart2D::addSamples(int count, double periodS, const std::f
 
 template <class T> T* tst_MeasurementsChart2D::find(const char* name) const
 {
-    const QString wanted = QString::fromLatin1(name);
-    QList<QQuickItem*> open{m_view->rootObject()};
-    while (!open.isEmpty()) {
-        QQuickItem* candidate = open.takeFirst();
-        if (candidate->objectName() == wanted)
-            return qobject_cast<T*>(candidate);
-        open.append(candidate->childItems());
-    }
-    return nullptr;
+    return qobject_cast<T*>(QmlTestSetup::FindItem(m_view->rootObject(), name));
 }
 
 QVector<QObject*> tst_MeasurementsChart2D::sprites() const

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "COperationViewModel.h"
 #include "MeasureFixture.h"
 
 #include <QFile>
+#include <QStringList>
 #include <QTest>
 
 #include <cmath>
@@ -71,6 +73,17 @@ struct SpectralFixture : MeasureFixture
         QVERIFY(operation.LimitsFileLoaded());
     }
 
+    /// An instrument, and parameters that are not those of the "Default" button.
+    void connectOtherThanDefaults()
+    {
+        const auto instrument = connectInstrument();
+        instrument->SetUnitList({CUnits::TESLA, CUnits::MICRO_TESLA});
+        instrument->SetTriggerList({CTrigger::CONTINUOUS, CTrigger::TIMER});
+        parameters().SetTriggerMode(CTrigger::TIMER);
+        parameters().SetAveraging(7);
+        parameters().SetDisplayRate(4);
+    }
+
     /// Delivers live blocks 0, 1 and so on and stops with them on screen.
     void deliverAndStop(const QVector<QSharedPointer<CMeasureBlock>>& blocks)
     {
@@ -79,3 +92,28 @@ struct SpectralFixture : MeasureFixture
         manager().StopRecord();
     }
 };
+
+/// The help of each section, and none for other indices.
+inline void verifyHelpNames(COperationViewModel& page, const QStringList& names)
+{
+    for (int section = 0; section < names.size(); ++section) {
+        page.SetSectionIndex(section);
+        QCOMPARE(page.GetHelpName(), names.at(section));
+    }
+    for (const int other : {names.size(), -1}) {
+        page.SetSectionIndex(other);
+        QCOMPARE(page.GetHelpName(), QString());
+    }
+}
+
+/// The log of parameters begins with the fall of the commit flag and has these steps in their order.
+inline void verifySteps(const QStringList& log, const QVector<const char*>& steps)
+{
+    QCOMPARE(log.constFirst(), QStringLiteral("ApplyConfiguration=false"));
+    int last = 0;
+    for (const char* step : steps) {
+        const int position = log.indexOf(QString::fromLatin1(step));
+        QVERIFY2(position > last, step);
+        last = position;
+    }
+}

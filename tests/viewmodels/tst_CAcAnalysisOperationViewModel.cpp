@@ -147,13 +147,7 @@ void tst_CAcAnalysisOperationViewModel::helpNames()
 {
     SpectralFixture f;
     const PagePointer page = makePage(f);
-    QCOMPARE(page->GetHelpName(), QStringLiteral("ac_analysis_plot"));
-    page->SetSectionIndex(1);
-    QCOMPARE(page->GetHelpName(), QStringLiteral("ac_analysis_table"));
-    for (const int other : {2, -1}) {
-        page->SetSectionIndex(other);
-        QCOMPARE(page->GetHelpName(), QString());
-    }
+    verifyHelpNames(*page, {QStringLiteral("ac_analysis_plot"), QStringLiteral("ac_analysis_table")});
 }
 
 void tst_CAcAnalysisOperationViewModel::opensOnLiveData()
@@ -467,25 +461,13 @@ void tst_CAcAnalysisOperationViewModel::loadedRecord()
 void tst_CAcAnalysisOperationViewModel::defaults()
 {
     SpectralFixture f;
-    const auto instrument = f.connectInstrument();
-    instrument->SetUnitList({CUnits::TESLA, CUnits::MICRO_TESLA});
-    instrument->SetTriggerList({CTrigger::CONTINUOUS, CTrigger::TIMER});
-    f.parameters().SetTriggerMode(CTrigger::TIMER);
-    f.parameters().SetAveraging(7);
-    f.parameters().SetDisplayRate(4);
+    f.connectOtherThanDefaults();
     f.parameters().SetAcquisitionRate(300);
     const PagePointer page = makePage(f);
     PropertyLog log(&f.parameters());
     page->setDefaultParameters();
-    const QStringList entries = log.take();
-    QCOMPARE(entries.constFirst(), QStringLiteral("ApplyConfiguration=false"));
-    int last = 0;
-    for (const char* step : {"TriggerMode=CONTINUOUS", "Averaging=1", "AcquisitionRate=200", "DisplayRate=2",
-                             "ApplyConfiguration=true"}) {
-        const int position = entries.indexOf(QString::fromLatin1(step));
-        QVERIFY2(position > last, step);
-        last = position;
-    }
+    verifySteps(log.take(), {"TriggerMode=CONTINUOUS", "Averaging=1", "AcquisitionRate=200", "DisplayRate=2",
+                             "ApplyConfiguration=true"});
     QCOMPARE(f.parameters().AcquisitionRate(), 200.0);
     QCOMPARE(f.parameters().DisplayRate(), 2.0);
     QCOMPARE(f.parameters().BlockSize(), 100);

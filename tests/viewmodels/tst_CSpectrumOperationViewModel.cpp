@@ -85,13 +85,7 @@ void tst_CSpectrumOperationViewModel::helpNames()
 {
     SpectralFixture f;
     const PagePointer page = makePage(f);
-    QCOMPARE(page->GetHelpName(), QStringLiteral("spectrum_plot"));
-    page->SetSectionIndex(1);
-    QCOMPARE(page->GetHelpName(), QStringLiteral("spectrum_table"));
-    for (const int other : {2, -1}) {
-        page->SetSectionIndex(other);
-        QCOMPARE(page->GetHelpName(), QString());
-    }
+    verifyHelpNames(*page, {QStringLiteral("spectrum_plot"), QStringLiteral("spectrum_table")});
 }
 
 void tst_CSpectrumOperationViewModel::drawsNothingUntilAsked()
@@ -439,27 +433,15 @@ void tst_CSpectrumOperationViewModel::loadedRecord()
 void tst_CSpectrumOperationViewModel::defaults()
 {
     SpectralFixture f;
-    const auto instrument = f.connectInstrument();
-    instrument->SetUnitList({CUnits::TESLA, CUnits::MICRO_TESLA});
-    instrument->SetTriggerList({CTrigger::CONTINUOUS, CTrigger::TIMER});
-    f.parameters().SetTriggerMode(CTrigger::TIMER);
-    f.parameters().SetAveraging(7);
-    f.parameters().SetDisplayRate(4);
+    f.connectOtherThanDefaults();
     f.parameters().SetFrequencyMin(3);
     const PagePointer page = makePage(f);
     page->SetSelectedFieldIndex(3);
     page->SetThreshold(25);
     PropertyLog log(&f.parameters());
     page->setDefaultParameters();
-    const QStringList entries = log.take();
-    QCOMPARE(entries.constFirst(), QStringLiteral("ApplyConfiguration=false"));
-    int last = 0;
-    for (const char* step : {"TriggerMode=CONTINUOUS", "Averaging=1", "DisplayRate=1", "FrequencyMin=0",
-                             "FrequencyMax=1000", "ApplyConfiguration=true"}) {
-        const int position = entries.indexOf(QString::fromLatin1(step));
-        QVERIFY2(position > last, step);
-        last = position;
-    }
+    verifySteps(log.take(), {"TriggerMode=CONTINUOUS", "Averaging=1", "DisplayRate=1", "FrequencyMin=0",
+                             "FrequencyMax=1000", "ApplyConfiguration=true"});
     QCOMPARE(f.parameters().FrequencyMin(), 0.0);
     QCOMPARE(f.parameters().FrequencyMax(), 1000.0);
     // Two samples for a period of the highest frequency, and one block a second.
