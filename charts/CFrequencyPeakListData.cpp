@@ -39,7 +39,8 @@ int CFrequencyPeakListData::columnCount(const QModelIndex& parent) const
 
 QVariant CFrequencyPeakListData::data(const QModelIndex& index, int role) const
 {
-    if (!index.isValid() || index.row() >= rowCount())
+    if (!index.isValid() || index.row() >= rowCount() ||
+        m_operation->RecordingManager()->DataSet()->MeasureBlocks()->empty())
         return {};
     const auto peak = static_cast<std::size_t>(index.row());
     switch (role) {

@@ -22,7 +22,8 @@ public:
     };
     Q_ENUM(Role)
 
-    /// The operation has the limits and must outlive the model.
+    /// The operation has the limits and the blocks, and must outlive the model. Without a block there is no
+    /// answer for any row.
     explicit CFrequencyPeakListData(COperationMeasure* operation, QObject* parent = nullptr);
 
     QHash<int, QByteArray> roleNames() const override;

@@ -49,6 +49,7 @@ private slots:
     void rolesAndShape();
     void peaksByRole();
     void invalidAnswers();
+    void emptiedDatasetHasNoAnswers();
     void peaksBelowTheMinimumDrop_data();
     void peaksBelowTheMinimumDrop();
     void exposureLimits();
@@ -68,6 +69,7 @@ void tst_CFrequencyPeakListData::init()
     m_model.reset();
     start();
     m_model = std::make_unique<Model>(m_operation.get());
+    dataSet().AddBlock(makeBlock(2));
 }
 
 void tst_CFrequencyPeakListData::rolesAndShape()
@@ -110,6 +112,18 @@ void tst_CFrequencyPeakListData::invalidAnswers()
     QVERIFY(!m_model->data(QModelIndex(), Model::PeakRole).isValid());
     for (const int role : {0, 1, 2, 256, 261})
         QVERIFY(!valueAt(*m_model, 0, role).isValid());
+}
+
+/// The rows themselves go with the page's clear.
+void tst_CFrequencyPeakListData::emptiedDatasetHasNoAnswers()
+{
+    m_model->UpdatePeaks(spectrumOf(100, {{20, 2.0F}}), 1.0, 10.0, 0.0);
+    dataSet().Clear();
+    QCOMPARE(m_model->rowCount(), 1);
+    for (const int role : {257, 258, 259, 260})
+        QVERIFY(!valueAt(*m_model, 0, role).isValid());
+    dataSet().AddBlock(makeBlock(2));
+    QVERIFY(valueAt(*m_model, 0, Model::PeakRole).isValid());
 }
 
 void tst_CFrequencyPeakListData::peaksBelowTheMinimumDrop_data()
