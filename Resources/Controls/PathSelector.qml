@@ -53,7 +53,8 @@ ColumnLayout {
             font.family: Style.LetterFontFamily
             font.pointSize: 9
             color: Style.TextDarkColor
-            placeholderTextColor: Style.TextLightColor
+            // The field would cut off the end of a path, which tells most.
+            placeholderTextColor: "transparent"
             Accessible.name: selectorLabel.text
             ToolTip.text: selector.toolTipText
             ToolTip.visible: hovered && selector.toolTipText !== ""
@@ -63,6 +64,20 @@ ColumnLayout {
                 color: field.enabled ? Style.BackgroundColor : Style.DisabledColor
                 border.width: field.activeFocus ? 2 : 1
                 border.color: field.activeFocus ? Style.TextFieldFocusBorder : Style.BordersColor
+            }
+
+            KXCLabel {
+                anchors.fill: parent
+                anchors.leftMargin: field.leftPadding
+                anchors.rightMargin: field.rightPadding
+                visible: field.text === ""
+                text: field.placeholderText
+                pointSize: field.font.pointSize
+                textColor: Style.TextLightColor
+                verticalAlignment: Text.AlignVCenter
+                wrapMode: Text.NoWrap
+                elide: Text.ElideLeft
+                Accessible.ignored: true
             }
         }
 

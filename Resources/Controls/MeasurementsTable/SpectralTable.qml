@@ -21,7 +21,12 @@ Table {
         TableCell {
             TableTextCell {
                 anchors.fill: parent
+                anchors.leftMargin: 1
+                anchors.rightMargin: 1
                 letterLabel: false
+                // Two numbers with six digits and exponents each are wider than the column.
+                fontSizeMode: Text.HorizontalFit
+                minimumPointSize: 5
                 text: styleData.value === undefined ? "" : styleData.value
             }
         }
