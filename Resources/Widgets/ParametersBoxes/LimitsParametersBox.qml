@@ -30,12 +30,16 @@ ParametersBox {
         Layout.fillWidth: true
         label: qsTr("Limits")
         placeHolderText: box.limitsFileName
+        toolTipText: box.limitsFileName
         onFilePathChanged: {
             if (filePath === "")
                 return;
             const path = filePath;
             box.limits.LimitsFileName = fileName;
             value = fileName;
+            // A file that was refused has left its path behind: chosen once more it is read once more.
+            if (box.limits.LimitsFilePath === path)
+                box.limits.LimitsFilePath = "";
             box.limits.LimitsFilePath = path;
             console.log("Newlimits file charged : " + path);
         }
