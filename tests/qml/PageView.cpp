@@ -10,20 +10,24 @@ namespace {
 
 constexpr int kRowHeight = 30;
 
-/// The texts below an item, by the middle of their row and their left end within the table.
-void collectTexts(QQuickItem* parent, const QQuickItem* table, QMap<int, QMap<qreal, QString>>& rows)
+QString textIn(const QQuickItem* item)
 {
+    return item->property("text").toString();
+}
+
+/// The visible texts below an item.
+QList<QQuickItem*> textsBelow(QQuickItem* parent)
+{
+    QList<QQuickItem*> texts;
     const QList<QQuickItem*> items = parent->childItems();
     for (QQuickItem* item : items) {
         if (!item->isVisible())
             continue;
-        const QString text = item->property("text").toString();
-        if (item->inherits("QQuickText") && !text.isEmpty()) {
-            const QPointF place = table->mapFromItem(item, QPointF(0, item->height() / 2));
-            rows[int(place.y()) / kRowHeight].insert(place.x(), text);
-        }
-        collectTexts(item, table, rows);
+        if (item->inherits("QQuickText") && !textIn(item).isEmpty())
+            texts << item;
+        texts << textsBelow(item);
     }
+    return texts;
 }
 
 } // namespace
@@ -81,13 +85,29 @@ QString PageView::TextOf(const char* name) const
 
 QVector<QStringList> PageView::CellsOf(const char* table) const
 {
-    QQuickItem* const item = Item(table);
+    QQuickItem* const tableItem = Item(table);
+    // By the middle of their row and their left end
     QMap<int, QMap<qreal, QString>> rows;
-    collectTexts(item, item, rows);
+    const QList<QQuickItem*> texts = textsBelow(tableItem);
+    for (const QQuickItem* text : texts) {
+        const QPointF place = tableItem->mapFromItem(text, QPointF(0, text->height() / 2));
+        rows[int(place.y()) / kRowHeight].insert(place.x(), textIn(text));
+    }
     QVector<QStringList> cells;
     for (const QMap<qreal, QString>& row : qAsConst(rows))
         cells.append(row.values());
     return cells;
+}
+
+QStringList PageView::WideTextsOf(const char* table) const
+{
+    QStringList wide;
+    const QList<QQuickItem*> texts = textsBelow(Item(table));
+    for (const QQuickItem* text : texts) {
+        if (text->property("paintedWidth").toReal() > text->width())
+            wide << textIn(text);
+    }
+    return wide;
 }
 
 void PageView::SetSmall(bool isSmall)

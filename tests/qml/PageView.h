@@ -31,6 +31,8 @@ public:
     QString TextOf(const char* name) const;
     /// What a table shows, row by row from its header on, each from left to right.
     QVector<QStringList> CellsOf(const char* table) const;
+    /// The texts of a table that are wider than their cells.
+    QStringList WideTextsOf(const char* table) const;
     /// Changes between the panel and the drawer of parameters, and opens the latter.
     void SetSmall(bool isSmall);
 

@@ -239,6 +239,10 @@ void tst_SpectralPages::bands()
     QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("Newlimits file charged")));
     chooseFile(writeFile(kRoot + bandsInMillitesla + kEnd));
     QTRY_COMPARE(m_page->CellsOf("frequencyTable"), twoBands);
+    // The longest texts fit too.
+    m_fixture->loadLimits({{1.12202e6, 1}, {1.25893e6, 2}});
+    QTRY_COMPARE(m_page->CellsOf("frequencyTable").last().first(), QStringLiteral("1.12202e+06-1.25893e+06"));
+    QCOMPARE(m_page->WideTextsOf("frequencyTable"), QStringList());
 }
 
 void tst_SpectralPages::numbersHaveNoGroups()
