@@ -107,6 +107,7 @@ MeasurementPage {
             }
 
             KXCLabel {
+                objectName: "aboveNoiseLabel"
                 text: qsTr("above noise")
                 visible: page.currentTab === 1
             }

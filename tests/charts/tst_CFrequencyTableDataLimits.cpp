@@ -29,6 +29,7 @@ private slots:
     void axisOutsideTheTable();
     void withoutLimitsNothingIsCompared();
     void notANumberPasses();
+    void figureAtItsLimitPasses();
     void noticeComesBeforeTheRows();
 
 private:
@@ -253,6 +254,18 @@ void tst_CFrequencyTableDataLimits::notANumberPasses()
     setAlarm(CAlarm::Audio);
     m_model->UpdateTable(0);
     QVERIFY(std::isnan(valueAt(0, Model::BRole).toFloat()));
+    QCOMPARE(m_model->FlagNotification(), false);
+    QCOMPARE(m_notifier.calls, QStringList());
+}
+
+void tst_CFrequencyTableDataLimits::figureAtItsLimitPasses()
+{
+    // No field at all is the one whose figure is exact.
+    addBlock(levelBlock(0));
+    loadLimits({{50.0, 0.0}});
+    setAlarm(CAlarm::Audio);
+    m_model->UpdateTable(0);
+    QCOMPARE(valueAt(0, Model::BRole).toFloat(), 0.0F);
     QCOMPARE(m_model->FlagNotification(), false);
     QCOMPARE(m_notifier.calls, QStringList());
 }

@@ -4,7 +4,9 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
+#include <QItemSelectionModel>
 #include <QLineEdit>
+#include <QListView>
 
 namespace {
 
@@ -56,6 +58,7 @@ void DialogAnswers::answer()
 
 void DialogAnswers::answerMessage(QMessageBox& box)
 {
+    m_lastDetails = box.informativeText();
     if (!m_expected.isEmpty() && !m_expected.head().isFileDialog && m_expected.head().text == box.text()) {
         later(box.button(m_expected.dequeue().button), "click");
         return;
@@ -83,6 +86,8 @@ void DialogAnswers::answerFileDialog(QWidget& modal)
     }
     auto* edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     m_lastProposal = edit->text();
+    // A file that was chosen before stays selected beside the new one while the edit has no focus.
+    dialog->findChild<QListView*>(QStringLiteral("listView"))->selectionModel()->clearSelection();
     edit->setText(path);
     later(&modal, "accept");
 }

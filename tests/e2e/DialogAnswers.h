@@ -33,6 +33,8 @@ public:
     QStringList Problems() const { return m_problems; }
     /// The name that the last file dialog proposed.
     QString LastProposal() const { return m_lastProposal; }
+    /// The informative text of the last message.
+    QString LastDetails() const { return m_lastDetails; }
 
 private:
     struct Expected
@@ -53,4 +55,5 @@ private:
     QHash<QString, QString> m_standingPaths;
     QStringList m_problems;
     QString m_lastProposal;
+    QString m_lastDetails;
 };

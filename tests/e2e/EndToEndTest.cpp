@@ -72,6 +72,18 @@ QString EndToEndTest::saveRecord(const QString& name)
     return QTest::qWaitFor([&] { return answers().IsDone(); }) ? path : QString();
 }
 
+void EndToEndTest::endAndLoad(const QString& path, int recorded)
+{
+    answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
+    QVERIFY(driver().Click(QStringLiteral("endButton")));
+    QTRY_COMPARE(blocks(), 0);
+    answers().ExpectFileDialog(QStringLiteral("Open File"), path);
+    QVERIFY(driver().Click(QStringLiteral("loadButton")));
+    QTRY_COMPARE(blocks(), recorded);
+    QVERIFY(scenario().Flag("IsDataLoaded"));
+    QCOMPARE(driver().Text(QStringLiteral("blockLine"), QStringLiteral("value")), QString::number(recorded));
+}
+
 int runEndToEnd(int argc, char** argv, const std::function<std::unique_ptr<QObject>()>& make)
 {
     prepareProcess();

@@ -32,6 +32,8 @@ protected:
     void makeRecord(int count = 5);
     /// Saves the record under that name; returns its path, or nothing if that failed.
     QString saveRecord(const QString& name);
+    /// Ends the work with the data on screen, and loads the record of so many blocks.
+    void endAndLoad(const QString& path, int recorded);
 
 private slots:
     void init();

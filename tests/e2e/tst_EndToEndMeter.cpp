@@ -3,13 +3,12 @@
 #include "BellListener.h"
 #include "CApplication.h"
 #include "EndToEndTest.h"
+#include "TrayBalloon.h"
 
-#include <QApplication>
 #include <QColor>
 #include <QDir>
 #include <QFile>
 #include <QHash>
-#include <QLabel>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -39,30 +38,6 @@ QHash<QString, QString> leaves(const QString& path)
             texts[open.at(open.size() - 2) + QLatin1Char('/') + open.last()] = xml.text().toString();
     }
     return texts;
-}
-
-/// The balloon of the tray icon, while there is one.
-QWidget* balloon()
-{
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    for (QWidget* widget : widgets) {
-        if (widget->inherits("QBalloonTip") && widget->isVisible())
-            return widget;
-    }
-    return nullptr;
-}
-
-QString balloonText()
-{
-    QStringList texts;
-    if (const QWidget* shown = balloon()) {
-        const QList<QLabel*> labels = shown->findChildren<QLabel*>();
-        for (const QLabel* label : labels) {
-            if (!label->text().isEmpty())
-                texts << label->text();
-        }
-    }
-    return texts.join(QLatin1Char('|'));
 }
 
 } // namespace
@@ -140,28 +115,28 @@ private slots:
         QTRY_VERIFY(isWarned());
         QTRY_COMPARE(logLines(), 1);
         letBlocksPass();
-        QCOMPARE(balloonText(), QString());
+        QCOMPARE(TrayBalloon::Text(), QString());
         QCOMPARE(bell.Count(), 0);
         QCOMPARE(choice("alarmStateComboBox"), QStringLiteral("Flag Notification"));
         alarm->setProperty("SelectedStateIndex", Off);
         QTRY_VERIFY(!isWarned());
 
         chooseState(Notification);
-        QTRY_COMPARE(balloonText(), kBalloon);
+        QTRY_COMPARE(TrayBalloon::Text(), kBalloon);
         QVERIFY(isWarned());
         QCOMPARE(logLines(), 2);
         QSignalSpy clicked(tray, &QSystemTrayIcon::messageClicked);
-        QTest::mouseClick(balloon(), Qt::LeftButton);
+        QTest::mouseClick(TrayBalloon::Find(), Qt::LeftButton);
         QCOMPARE(clicked.count(), 1);
-        QTRY_VERIFY(!balloon());
+        QTRY_VERIFY(!TrayBalloon::Find());
         // One message for a violation that lasts.
         letBlocksPass();
-        QVERIFY(!balloon());
+        QVERIFY(!TrayBalloon::Find());
         QCOMPARE(logLines(), 2);
         QCOMPARE(bell.Count(), 0);
 
         chooseState(Audio);
-        QTRY_COMPARE(balloonText(), kBalloon);
+        QTRY_COMPARE(TrayBalloon::Text(), kBalloon);
         QTRY_COMPARE(bell.Count(), 1);
         QCOMPARE(logLines(), 3);
         QVERIFY(driver().Enter(QStringLiteral("alarmMaximumField"), QStringLiteral("6")));

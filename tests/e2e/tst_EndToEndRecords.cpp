@@ -79,17 +79,8 @@ private slots:
         QVERIFY(!scenario().Flag("HasUnsavedData"));
         QCOMPARE(samplesInRecord(path), recorded * 2);
 
-        answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
-        QVERIFY(driver().Click(QStringLiteral("endButton")));
-        QTRY_COMPARE(blocks(), 0);
-
-        answers().ExpectFileDialog(QStringLiteral("Open File"), path);
-        QVERIFY(driver().Click(QStringLiteral("loadButton")));
-        QTRY_COMPARE(blocks(), recorded);
-        QVERIFY(scenario().Flag("IsDataLoaded"));
+        endAndLoad(path, recorded);
         QVERIFY(!driver().IsVisible(QStringLiteral("saveButton")));
-        QCOMPARE(driver().Text(QStringLiteral("blockLine"), QStringLiteral("value")),
-                 QString::number(recorded));
 
         QVERIFY(driver().Click(QStringLiteral("tableTab")));
         QVERIFY(driver().WaitFor(QStringLiteral("resultsTable")));

@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The spectrum and AC analysis pages on the simulated instrument, whose lines are known, with exposure
 // limits.
+#include "BellListener.h"
+#include "CApplication.h"
 #include "EndToEndTest.h"
+#include "TrayBalloon.h"
 
 #include <QAbstractItemModel>
 #include <QDir>
 #include <QFile>
 #include <QQuickItem>
+#include <QQuickWindow>
+#include <QRegularExpression>
+#include <QSystemTrayIcon>
 #include <QTest>
 #include <QUrl>
 #include <QXYSeries>
@@ -36,6 +42,7 @@ void writeLines(double scale)
                                           .arg(8 * scale));
 }
 
+const QString kRefusal = QStringLiteral("Could not load file");
 const QVector<Line> kLines{{50, 10}, {150, 1}, {250, 0.3}};
 
 /// 2,000 samples a second in blocks of 1,000: bins 2 Hz apart.
@@ -48,8 +55,8 @@ void writeRates()
         "TriggerMode>"));
 }
 
-/// A limits file whose bands have a line of the field each.
-QString writeBands()
+/// A limits file whose bands have a line of the field each, and what is said after them.
+QString writeBands(const QString& tail = QStringLiteral("</NorvaneExposureLimitsFile>"))
 {
     QFile file(QDir::current().filePath(QStringLiteral("bands.xml")));
     if (!file.open(QIODevice::WriteOnly))
@@ -60,7 +67,7 @@ QString writeBands()
                                   "</exposureLimitValue><valueUnits>mT</valueUnits></freqRange>")
                        .arg(upper)
                        .toUtf8());
-    file.write("</NorvaneExposureLimitsFile>");
+    file.write(tail.toUtf8());
     return file.fileName();
 }
 
@@ -71,6 +78,8 @@ class tst_EndToEndSpectral : public EndToEndTest
     Q_OBJECT
 
 private:
+    enum AlarmState { Off, Notification, Audio, FlagNotification };
+
     void start(double scale, const QString& menuButton)
     {
         writeLines(scale);
@@ -89,13 +98,61 @@ private:
         QTRY_VERIFY_WITH_TIMEOUT(blocks() >= count, 20000);
     }
 
-    /// What the file dialog of the limits box does when a file has been chosen.
+    bool areLimitsLoaded() { return scenario().ActiveOperation()->property("LimitsFileLoaded").toBool(); }
+
+    /// Through the file dialog, as a user does.
     void chooseLimits(const QString& path)
     {
-        QQuickItem* selector = driver().Find(QStringLiteral("limitsFileSelector"));
-        QVERIFY(selector != nullptr);
-        QVERIFY(QMetaObject::invokeMethod(selector, "acceptUrl", Q_ARG(QVariant, QUrl::fromLocalFile(path))));
-        QVERIFY(scenario().ActiveOperation()->property("LimitsFileLoaded").toBool());
+        answers().ExpectFileDialog(QStringLiteral("Select a limits file"), path);
+        QVERIFY(driver().Click(QStringLiteral("limitsFileSelectorButton")));
+        QTRY_VERIFY(areLimitsLoaded());
+        QTRY_COMPARE(driver().Text(QStringLiteral("limitsFileSelectorText")), QFileInfo(path).fileName());
+    }
+
+    /// A file that is none of limits, of which the user is told.
+    void pickRefused(const QString& path)
+    {
+        answers().ExpectFileDialog(QStringLiteral("Select a limits file"), path);
+        answers().ExpectMessage(kRefusal, QMessageBox::Ok);
+        QVERIFY(driver().Click(QStringLiteral("limitsFileSelectorButton")));
+        QTRY_VERIFY(answers().IsDone());
+        QCOMPARE(answers().LastDetails(), QStringLiteral("The file is not a valid Norvane XML limits file"));
+        verifyNoLimits();
+    }
+
+    /// Nothing of a limits file is left in the box or the plot.
+    void verifyNoLimits()
+    {
+        QTRY_COMPARE(series(1)->count(), 0);
+        QVERIFY(!areLimitsLoaded());
+        QCOMPARE(driver().Text(QStringLiteral("limitsFileSelectorText")), QString());
+        QCOMPARE(
+            driver().Find(QStringLiteral("limitsFileSelectorText"))->property("placeholderText").toString(),
+            QString());
+    }
+
+    /// On the plot's tab: the warning by its flag alone, then the tray message, which matches, and the bell.
+    void alarmAtLimits(const QString& pattern)
+    {
+        auto* tray = scenario().Application()->findChild<QSystemTrayIcon*>();
+        QTRY_VERIFY2(tray && tray->geometry().isValid(), "no system tray");
+        BellListener bell;
+        setAlarm(FlagNotification);
+        measure(1);
+        QVERIFY(!driver().IsVisible(QStringLiteral("outOfBoundsWarning")));
+        chooseLimits(kLimitsFile);
+        QVERIFY(driver().WaitFor(QStringLiteral("outOfBoundsWarning")));
+        QCOMPARE(TrayBalloon::Text(), QString());
+        QCOMPARE(bell.Count(), 0);
+        setAlarm(Audio);
+        QTRY_VERIFY(TrayBalloon::Find() != nullptr);
+        const QRegularExpression expression(QRegularExpression::anchoredPattern(pattern));
+        const QString text = TrayBalloon::Text();
+        QVERIFY2(expression.match(text).hasMatch(), qPrintable(text));
+        // With every block anew
+        QTRY_VERIFY(bell.Count() >= 2);
+        QVERIFY(driver().Click(QStringLiteral("holdButton")));
+        QVERIFY(scenario().CloseWindow());
     }
 
     /// A column of the table on screen.
@@ -118,10 +175,10 @@ private:
         return index < all.size() ? all.at(index).value<QtCharts::QXYSeries*>() : nullptr;
     }
 
-    void setAlarm(int stateIndex)
+    void setAlarm(AlarmState state)
     {
         auto* alarm = scenario().PageViewModel()->property("AlarmParametersViewModel").value<QObject*>();
-        QVERIFY(alarm->setProperty("SelectedStateIndex", stateIndex));
+        QVERIFY(alarm->setProperty("SelectedStateIndex", int(state)));
     }
 
     void recordSaveLoadReplay(const QString& name)
@@ -130,15 +187,7 @@ private:
         const int recorded = blocks();
         const QString path = saveRecord(name);
         QVERIFY(!path.isEmpty());
-        answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
-        QVERIFY(driver().Click(QStringLiteral("endButton")));
-        QTRY_COMPARE(blocks(), 0);
-        answers().ExpectFileDialog(QStringLiteral("Open File"), path);
-        QVERIFY(driver().Click(QStringLiteral("loadButton")));
-        QTRY_COMPARE(blocks(), recorded);
-        QVERIFY(scenario().Flag("IsDataLoaded"));
-        QCOMPARE(driver().Text(QStringLiteral("blockLine"), QStringLiteral("value")),
-                 QString::number(recorded));
+        endAndLoad(path, recorded);
     }
 
     void replay()
@@ -152,14 +201,12 @@ private slots:
     void spectrumBelowItsLimits()
     {
         startSpectrum(1);
-        setAlarm(3);
+        setAlarm(FlagNotification);
         measure(2);
         QVERIFY(series(0) != nullptr);
         QTRY_VERIFY(series(0)->count() > 300);
         QCOMPARE(series(1)->count(), 0);
         chooseLimits(kLimitsFile);
-        QCOMPARE(driver().Text(QStringLiteral("limitsFileSelectorText")),
-                 QStringLiteral("icnirp-2010-public.xml"));
         // Two corners for each band, and the last one to the end of the instrument.
         int bands = 0;
         QVERIFY(QMetaObject::invokeMethod(scenario().ActiveOperation(), "getLimitsCount",
@@ -169,8 +216,7 @@ private slots:
         QTRY_VERIFY(blocks() >= before + 2);
         QVERIFY(!driver().IsVisible(QStringLiteral("outOfBoundsWarning")));
         QVERIFY(driver().Click(QStringLiteral("clearLimitsButton")));
-        QTRY_COMPARE(series(1)->count(), 0);
-        QCOMPARE(driver().Text(QStringLiteral("limitsFileSelectorText")), QString());
+        verifyNoLimits();
         QVERIFY(driver().Click(QStringLiteral("holdButton")));
         QVERIFY(scenario().CloseWindow());
     }
@@ -179,12 +225,58 @@ private slots:
     {
         // 1 mT at 50 Hz, where 0.2 mT are allowed.
         startSpectrum(100);
-        setAlarm(3);
-        measure(1);
-        QVERIFY(!driver().IsVisible(QStringLiteral("outOfBoundsWarning")));
-        chooseLimits(kLimitsFile);
-        QVERIFY(driver().WaitFor(QStringLiteral("outOfBoundsWarning")));
+        // Half of the line's amplitude at 50 Hz, and half of that in the bins beside it, of which the lower
+        // comes first.
+        alarmAtLimits(QStringLiteral("Spectrum is out-of-limit\\|Frequency = 48\\.000 Hz\n"
+                                     "Exposure = 2[45]\\d\\.\\d\\d\nLimit = 200\\.00"));
+    }
+
+    void refusedAndVanishedLimits()
+    {
+        startSpectrum(1);
+        measure(2);
         QVERIFY(driver().Click(QStringLiteral("holdButton")));
+        const QString path = writeBands();
+        chooseLimits(path);
+        QTRY_COMPARE(series(1)->count(), 11);
+
+        // Another element after the bands takes away those of before.
+        writeBands(QStringLiteral("<band/></NorvaneExposureLimitsFile>"));
+        QVERIFY(driver().Click(QStringLiteral("clearLimitsButton")));
+        pickRefused(path);
+
+        // A file of another kind
+        QFile other(QDir::current().filePath(QStringLiteral("other.xml")));
+        QVERIFY(other.open(QIODevice::WriteOnly));
+        other.write("<SETTINGS/>");
+        other.close();
+        pickRefused(other.fileName());
+
+        // One that is gone before the program reads it
+        QQuickItem* const selector = driver().Find(QStringLiteral("limitsFileSelector"));
+        answers().ExpectMessage(kRefusal, QMessageBox::Ok);
+        QVERIFY(QMetaObject::invokeMethod(selector, "acceptUrl",
+                                          Q_ARG(QVariant, QUrl(QStringLiteral("file:///gone/limits.xml")))));
+        QVERIFY(answers().IsDone());
+        QCOMPARE(answers().LastDetails(), QStringLiteral("Cannot read the file"));
+        verifyNoLimits();
+
+        // And one that is gone when another unit asks for it again
+        chooseLimits(writeBands());
+        QTRY_COMPARE(series(1)->count(), 11);
+        QVERIFY(QFile::remove(path));
+        answers().ExpectMessage(QStringLiteral("Are you sure you want to change units?"), QMessageBox::Ok);
+        // The dialog gives the focus back.
+        QTRY_VERIFY(driver().Window()->isActive());
+        QQuickItem* const units = driver().Find(QStringLiteral("unitsComboBox"));
+        const int index = units->property("currentIndex").toInt();
+        QVERIFY(driver().Choose(QStringLiteral("unitsComboBox"), index > 0 ? index - 1 : 1));
+        QTRY_VERIFY(answers().IsDone());
+        verifyNoLimits();
+        QVERIFY(scenario().LogText().contains(
+            QStringLiteral("Cannot read the file. Limit File doesn't exist : /gone/limits.xml")));
+        QVERIFY(scenario().LogText().contains(QStringLiteral("Newlimits file charged : ") + path));
+        QVERIFY(scenario().LogText().contains(QStringLiteral("Clear limits on 2D plot")));
         QVERIFY(scenario().CloseWindow());
     }
 
@@ -238,13 +330,9 @@ private slots:
     void bandsAboveTheirLimits()
     {
         startAcAnalysis(100);
-        setAlarm(3);
-        measure(1);
-        QVERIFY(!driver().IsVisible(QStringLiteral("outOfBoundsWarning")));
-        chooseLimits(kLimitsFile);
-        QVERIFY(driver().WaitFor(QStringLiteral("outOfBoundsWarning")));
-        QVERIFY(driver().Click(QStringLiteral("holdButton")));
-        QVERIFY(scenario().CloseWindow());
+        // The magnitude of a field along a line has no 50 Hz, but twice that.
+        alarmAtLimits(QStringLiteral("B is out-of-limit\\|Minimum = 200\\.00\nB = (299|30\\d)\\.\\d\\d\n"
+                                     "Maximum = 200\\.00"));
     }
 
     void spectrumOfARecord()
@@ -293,7 +381,7 @@ private slots:
         startWithDefaultInstrument();
         QVERIFY(driver().Click(QStringLiteral("spectrumMenuButton")));
         QVERIFY(driver().WaitFor(QStringLiteral("spectrumPage")));
-        setAlarm(3);
+        setAlarm(FlagNotification);
         measure(5);
         QVERIFY(driver().Click(QStringLiteral("tableTab")));
         QVERIFY(driver().Click(QStringLiteral("acAnalysisMenuButton")));
