@@ -259,38 +259,43 @@ void CGrblController::Halt()
     m_heardOf = {};
     // A reset before it is at rest would make it lose its position. At rest is what stands twice at one
     // place: some say that the hold is complete while they slow down.
-    while (!m_isHoming && !isStopped && numAtRest < 2 && waited.elapsed() < times().halt) {
+    bool isAnswering = m_isHoming || isStopped;
+    while (!m_isHoming && !isStopped && numAtRest < 2 &&
+           waited.elapsed() < (isAnswering ? times().halt : times().answer)) {
         poll();
         if (!listen())
             break;
         if (!m_heardOf.hasStatus)
             continue;
         m_heardOf.hasStatus = false;
+        isAnswering = true;
         if (isState("Alarm"))
             break;
         numAtRest = !isMoving() && m_workPlace == last ? numAtRest + 1 : 0;
         last = m_workPlace;
     }
-    reset();
+    reset(isAnswering);
 }
 
-void CGrblController::reset()
+void CGrblController::reset(bool isAnswering)
 {
     // What was sent and is not begun yet goes with it.
+    const bool wasHomed = m_configuration.isHomed;
     m_heardOf = {};
-    const bool isSent = m_isHoming || link().Write(QByteArray(1, kGrblReset));
+    if (!m_isHoming)
+        link().Write(QByteArray(1, kGrblReset));
     QElapsedTimer waited;
     waited.start();
-    while (isSent && !m_heardOf.isBanner && waited.elapsed() < times().banner) {
-        if (!listen())
-            break;
+    while (isAnswering && !m_heardOf.isBanner && waited.elapsed() < times().banner && listen()) {
     }
-    if (m_isHoming || m_heardOf.alarm)
-        m_configuration.isHomed = false;
+    isAnswering = m_heardOf.isBanner;
+    // At rest it knows its place on, unlike after a restart of its own.
+    m_configuration.isHomed = wasHomed && !m_isHoming;
     m_heardOf = {};
-    const MachineResult result = askStatus();
-    if (!result.IsDone())
-        qWarning("%s", qPrintable(result.text));
+    if (isAnswering)
+        askStatus();
+    else
+        qWarning("%s: the machine was told to stop and does not answer", qPrintable(settings().port));
     m_heardOf = {};
     m_isBusy = false;
     m_isHoming = false;
@@ -391,6 +396,7 @@ void CGrblController::take(const GrblLine& line)
     case GrblLine::Kind::Banner:
         m_heardOf = {};
         m_heardOf.isBanner = true;
+        m_configuration.isHomed = false;
         m_banner = line.text;
         break;
     case GrblLine::Kind::Status:

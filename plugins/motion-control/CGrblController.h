@@ -45,7 +45,8 @@ private:
     MachineResult command(const QByteArray& line);
     MachineResult askStatus();
     MachineResult askWorkOffset();
-    void reset();
+    /// The end of a stop. A machine that does not answer is not waited for.
+    void reset(bool isAnswering);
 
     /// Takes in at most one line. False if the way to the machine is lost.
     bool listen();

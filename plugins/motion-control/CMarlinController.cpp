@@ -188,14 +188,12 @@ void CMarlinController::Halt()
     m_heardOf = {};
     startListening();
     // Its answer, and those that were still to come.
-    while (waited.elapsed() < times().halt && !(m_heardOf.isOk && silentMs() > kMarlinQuietMs)) {
-        if (!listen())
-            break;
+    while (waited.elapsed() < times().halt && !(m_heardOf.isOk && silentMs() > kMarlinQuietMs) && listen()) {
     }
+    const bool isAnswering = m_heardOf.isOk;
     m_heardOf = {};
-    const MachineResult result = askPlace();
-    if (!result.IsDone())
-        qWarning("%s", qPrintable(result.text));
+    if (!isAnswering || !askPlace().IsDone())
+        qWarning("%s: the machine was told to stop and does not answer", qPrintable(settings().port));
     m_isHalting = false;
     m_isBusy = false;
     m_isHoming = false;
