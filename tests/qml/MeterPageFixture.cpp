@@ -92,16 +92,10 @@ void MeterPageFixture::load()
 
 QQuickItem* MeterPageFixture::item(const char* name) const
 {
-    const QString wanted = QString::fromLatin1(name);
-    QList<QQuickItem*> open{m_view->contentItem()};
-    while (!open.isEmpty()) {
-        QQuickItem* candidate = open.takeFirst();
-        if (candidate->objectName() == wanted)
-            return candidate;
-        open.append(candidate->childItems());
-    }
-    qFatal("no item %s", name);
-    return nullptr;
+    QQuickItem* const found = QmlTestSetup::FindItem(m_view->contentItem(), name);
+    if (!found)
+        qFatal("no item %s", name);
+    return found;
 }
 
 void MeterPageFixture::click(const char* name)
