@@ -17,4 +17,6 @@ struct BoardReading
     std::optional<double> deviceTime;        ///< the board's clock, in `timeUnit`
     BoardTimeUnit timeUnit = BoardTimeUnit::Unknown;
     std::optional<double> temperature; ///< degrees Celsius
+    double step = 0;                   ///< value of the last digit written, in `unit`
+    int lostBefore = 0;                ///< samples right before this one that came too broken to be read
 };

@@ -15,6 +15,8 @@ using Column = CBoardLineParser::Column;
 constexpr int kMaxLineLength = 512;
 // Lines of four columns after which it is clear whether the first one is a clock.
 constexpr int kLinesToTellTime = 4;
+// Lines in a row after which a board is believed to print something else than before.
+constexpr int kLinesToChange = 4;
 
 const QString kNumber = QStringLiteral("[+-]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][+-]?\\d+)?");
 const QString kUnit = QStringLiteral("[unm]?T|[mM]?G|[gG]auss");
@@ -42,6 +44,17 @@ CUnits::UnitType unitOf(const QString& text)
         {QStringLiteral("G"), CUnits::GAUSS},        {QStringLiteral("gauss"), CUnits::GAUSS},
         {QStringLiteral("Gauss"), CUnits::GAUSS},    {QStringLiteral("mG"), CUnits::MILLI_GAUSS}};
     return units.value(text, CUnits::UNKNOWN);
+}
+
+// Value of the last digit written.
+double stepOf(const QString& number)
+{
+    const int exponentAt = number.indexOf(QLatin1Char('e'), 0, Qt::CaseInsensitive);
+    const int exponent = exponentAt < 0 ? 0 : number.midRef(exponentAt + 1).toInt();
+    const QStringRef mantissa = number.leftRef(exponentAt);
+    const int point = mantissa.indexOf(QLatin1Char('.'));
+    const int decimals = point < 0 ? 0 : mantissa.size() - point - 1;
+    return std::pow(10.0, exponent - decimals);
 }
 
 // False if the two contradict each other.
@@ -125,14 +138,16 @@ struct CBoardLineParser::Labelled
     BoardReading reading;
     bool isContradictory = false;
 
-    void Take(const Label& label, double value, CUnits::UnitType unit)
+    void Take(const Label& label, const QString& number, CUnits::UnitType unit)
     {
+        const double value = number.toDouble();
         switch (label.column) {
         case Column::X:
         case Column::Y:
         case Column::Z:
             takeAxis(axes[static_cast<std::size_t>(label.column)], {value, label.isMagnetic});
             isContradictory |= !mergeUnit(reading.unit, label.unit) || !mergeUnit(reading.unit, unit);
+            reading.step = std::max(reading.step, stepOf(number));
             break;
         case Column::Time:
             reading.deviceTime = value;
@@ -166,23 +181,43 @@ std::optional<BoardReading> CBoardLineParser::Feed(const QByteArray& line)
         return reject();
     if (text->isEmpty())
         return std::nullopt;
-    if (text->contains(labelled))
-        return readLabelled(text->toLatin1());
-    return readColumns(text->toLatin1());
+    return checked(text->contains(labelled) ? readLabelled(text->toLatin1()) : readColumns(text->toLatin1()));
 }
 
 void CBoardLineParser::Interrupt()
 {
     m_pending = {};
     m_pendingUnit = CUnits::UNKNOWN;
+    m_pendingStep = 0;
     m_firstNumbers.clear();
 }
 
 std::nullopt_t CBoardLineParser::reject()
 {
     ++m_rejectedLines;
+    // A broken line among those of one axis each is no sample.
+    if (!m_isAxisByAxis)
+        ++m_lost;
     Interrupt();
     return std::nullopt;
+}
+
+std::optional<BoardReading> CBoardLineParser::checked(std::optional<BoardReading> reading)
+{
+    if (!reading)
+        return reading;
+    if (reading->unit != CUnits::UNKNOWN) {
+        m_isUnitUsual = true;
+        m_numWithoutUnit = 0;
+    } else if (m_isUnitUsual) {
+        // The unit stands at the end: the line was cut before it.
+        if (++m_numWithoutUnit < kLinesToChange)
+            return reject();
+        m_isUnitUsual = false;
+    }
+    reading->lostBefore = m_lost;
+    m_lost = 0;
+    return reading;
 }
 
 std::optional<BoardReading> CBoardLineParser::readLabelled(const QByteArray& line)
@@ -201,10 +236,9 @@ std::optional<BoardReading> CBoardLineParser::readLabelled(const QByteArray& lin
         found.reading.unit = unitOf(match.captured(1));
     for (auto matches = field.globalMatch(text); matches.hasNext();) {
         const QRegularExpressionMatch match = matches.next();
-        const double value = match.captured(2).toDouble();
-        if (!std::isfinite(value))
+        if (!std::isfinite(match.captured(2).toDouble()))
             return reject();
-        found.Take(labelOf(match.captured(1).simplified()), value, unitOf(match.captured(3)));
+        found.Take(labelOf(match.captured(1).simplified()), match.captured(2), unitOf(match.captured(3)));
     }
     const auto count =
         std::count_if(found.axes.cbegin(), found.axes.cend(), [](const auto& axis) { return bool(axis); });
@@ -213,6 +247,7 @@ std::optional<BoardReading> CBoardLineParser::readLabelled(const QByteArray& lin
 
     if (count == 3) {
         Interrupt();
+        m_isAxisByAxis = false;
         found.reading.field = {found.axes[0]->value, found.axes[1]->value, found.axes[2]->value};
         return found.reading;
     }
@@ -224,15 +259,19 @@ std::optional<BoardReading> CBoardLineParser::readLabelled(const QByteArray& lin
         Interrupt();
         m_pending[0] = found.axes[0]->value;
         m_pendingUnit = found.reading.unit;
+        m_pendingStep = found.reading.step;
         return std::nullopt;
     }
     if (count > 1 || axis == 0 || !found.axes[axis] || !mergeUnit(m_pendingUnit, found.reading.unit))
         return reject();
     m_pending[axis] = found.axes[axis]->value;
+    m_pendingStep = std::max(m_pendingStep, found.reading.step);
     if (axis < 2)
         return std::nullopt;
     found.reading.field = {*m_pending[0], *m_pending[1], *m_pending[2]};
     found.reading.unit = m_pendingUnit;
+    found.reading.step = m_pendingStep;
+    m_isAxisByAxis = true;
     Interrupt();
     return found.reading;
 }
@@ -264,11 +303,41 @@ std::optional<BoardReading> CBoardLineParser::readColumns(const QByteArray& line
         }
         numbers.append(value);
     }
-    return readRow(numbers, unit);
+    std::optional<BoardReading> reading = readRow(numbers, unit);
+    if (!reading)
+        return std::nullopt;
+    const QVector<Column>& columns = columnsOf(numbers);
+    for (int i = 0; i < columns.size(); ++i) {
+        if (columns.at(i) <= Column::Z)
+            reading->step = std::max(reading->step, stepOf(words.at(i)));
+    }
+    return reading;
+}
+
+// Several lines that lost their ends, or one that lost its middle, are numbers, too.
+bool CBoardLineParser::hasUsualSize(int numColumns)
+{
+    if (m_usualSize == 0)
+        m_usualSize = numColumns;
+    if (numColumns == m_usualSize) {
+        m_numOfOtherSize = 0;
+        return true;
+    }
+    m_numOfOtherSize = numColumns == m_otherSize ? m_numOfOtherSize + 1 : 1;
+    m_otherSize = numColumns;
+    if (m_numOfOtherSize < kLinesToChange)
+        return false;
+    m_usualSize = numColumns;
+    m_numOfOtherSize = 0;
+    m_fourColumns.clear();
+    return true;
 }
 
 std::optional<BoardReading> CBoardLineParser::readRow(const QVector<double>& numbers, CUnits::UnitType unit)
 {
+    const bool isFree = m_configured.isEmpty() && m_header.isEmpty();
+    if (isFree && numbers.size() >= 3 && numbers.size() <= 5 && !hasUsualSize(numbers.size()))
+        return reject();
     const QVector<Column>& columns = columnsOf(numbers);
     if (columns.isEmpty()) {
         // Four columns are read once it is clear what they mean.
@@ -360,5 +429,6 @@ bool CBoardLineParser::readHeader(const QByteArray& line)
     m_header = columns;
     m_headerUnit = unit;
     m_headerTimeUnit = timeUnit;
+    m_isUnitUsual = false;
     return true;
 }

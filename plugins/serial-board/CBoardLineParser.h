@@ -12,7 +12,9 @@
 /// Reads the text lines that boards with a three-axis sensor print: labelled values ("X: 1.2 Y: 3.4 Z: 5.6
 /// uT", "magX[1.2] ...", plotter lines, JSON with or without quoted keys), one axis to a line, or columns of
 /// numbers with or without a header line. A line that is none of these gives nothing and is counted. The unit
-/// is the one that a line or the header names; it is never guessed.
+/// is the one that a line or the header names; it is never guessed. A line that has another number of columns
+/// than those before it, or no unit where they had one, is what a broken transmission has left, until enough
+/// such lines in a row tell that the board prints something else now.
 class CBoardLineParser
 {
 public:
@@ -40,6 +42,8 @@ private:
     std::optional<BoardReading> readLabelled(const QByteArray& line);
     std::optional<BoardReading> readColumns(const QByteArray& line);
     std::optional<BoardReading> readRow(const QVector<double>& numbers, CUnits::UnitType unit);
+    std::optional<BoardReading> checked(std::optional<BoardReading> reading);
+    bool hasUsualSize(int numColumns);
     const QVector<Column>& columnsOf(const QVector<double>& numbers);
     bool readHeader(const QByteArray& line);
     std::nullopt_t reject();
@@ -52,10 +56,20 @@ private:
     // Axes of a sample of which not all have come.
     std::array<std::optional<double>, 3> m_pending;
     CUnits::UnitType m_pendingUnit = CUnits::UNKNOWN;
+    double m_pendingStep = 0;
+    bool m_isAxisByAxis = false;
 
     // Four columns without a header: first numbers of the lines so far, until their meaning is clear.
     QVector<double> m_firstNumbers;
     QVector<Column> m_fourColumns;
 
+    // What the lines so far had in common, and how many in a row differed from it.
+    int m_usualSize = 0;
+    int m_otherSize = 0;
+    int m_numOfOtherSize = 0;
+    bool m_isUnitUsual = false;
+    int m_numWithoutUnit = 0;
+
+    int m_lost = 0; ///< samples since the last reading
     int m_rejectedLines = 0;
 };

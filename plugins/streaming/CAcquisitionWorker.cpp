@@ -81,6 +81,8 @@ void CAcquisitionWorker::SetParameters(const AcquisitionParameters& parameters)
 
 void CAcquisitionWorker::onTimer()
 {
+    if (m_isDelivering)
+        return;
     for (int count = 0; count < kBlocksPerTurn && m_isScheduled && mayDeliver(); ++count) {
         if (m_dueNs > m_elapsed.nsecsElapsed() || thread()->isInterruptionRequested())
             break;
@@ -168,7 +170,11 @@ void CAcquisitionWorker::catchUp()
 void CAcquisitionWorker::deliver()
 {
     const BlockTimes times{m_runEpochNs + m_originNs, m_firstIndex, m_sampleClock};
-    const QSharedPointer<CMeasureBlock> block = m_source->NextBlock(m_parameters, times);
+    // A source that waits lets events happen: other parameters count from the next block on.
+    const AcquisitionParameters parameters = m_parameters;
+    m_isDelivering = true;
+    const QSharedPointer<CMeasureBlock> block = m_source->NextBlock(parameters, times);
+    m_isDelivering = false;
     if (!block) {
         m_isExhausted = true;
         m_isScheduled = false;
@@ -177,7 +183,7 @@ void CAcquisitionWorker::deliver()
     }
     ++m_inFlight;
     ++m_delivered;
-    emit BlockReady(block, m_parameters.units);
+    emit BlockReady(block, parameters.units);
     scheduleNext();
 }
 

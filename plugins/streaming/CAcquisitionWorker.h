@@ -89,5 +89,6 @@ private:
     int m_requested = 0;
     int m_delivered = 0;
     int m_inFlight = 0;
+    bool m_isDelivering = false; ///< the source is at work
     bool m_isExhausted = false;
 };

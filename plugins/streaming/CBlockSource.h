@@ -22,7 +22,8 @@ struct BlockTimes
 
 /// Makes the blocks of one instrument. Called on the acquisition thread while the instrument runs and on the
 /// main thread between two runs, never on both at once. Long work must look at
-/// QThread::isInterruptionRequested() and give up when it is set.
+/// QThread::isInterruptionRequested() and give up when it is set. A source that waits for its samples may let
+/// the events of the thread happen meanwhile.
 class CBlockSource
 {
 public:

@@ -42,6 +42,11 @@ private slots:
     void fourColumns();
     void configuredColumns();
     void otherSensorsOfTheBoard();
+    void linesRunTogether();
+    void linesCutBeforeTheirUnit();
+    void lastDigit_data();
+    void lastDigit();
+    void lostSamplesAreCounted();
     void rejected_data();
     void rejected();
 };
@@ -212,6 +217,70 @@ void tst_CBoardLineParser::otherSensorsOfTheBoard()
     QCOMPARE(reading->field.x, 1.0);
     QCOMPARE(reading->field.y, 2.0);
     QCOMPARE(reading->field.z, 3.0);
+}
+
+void tst_CBoardLineParser::linesRunTogether()
+{
+    CBoardLineParser parser;
+    QVERIFY(parser.Feed("1,2,3"));
+    // Two lines that lost what was between them look like one with a time and a temperature.
+    QVERIFY(!parser.Feed("1,2,34,5,6"));
+    QCOMPARE(parser.RejectedLines(), 1);
+    QVERIFY(parser.Feed("4,5,6"));
+    // A board that goes on so prints something else now.
+    QCOMPARE(readAll(parser, {"9,1,2,3,20", "10,1,2,3,20", "11,1,2,3,20"}).size(), 0);
+    const auto reading = parser.Feed("12,4,5,6,21");
+    QVERIFY(reading && reading->deviceTime);
+    QCOMPARE(*reading->deviceTime, 12.0);
+    QCOMPARE(reading->field.x, 4.0);
+}
+
+void tst_CBoardLineParser::linesCutBeforeTheirUnit()
+{
+    CBoardLineParser parser;
+    QVERIFY(parser.Feed("X: 12.34  Y: -5.67  Z: 40.12  uT"));
+    QVERIFY(!parser.Feed("X: 12.34  Y: -5.67  Z: 4"));
+    QVERIFY(parser.Feed("X: 12.34  Y: -5.67  Z: 40.12  uT"));
+    QCOMPARE(parser.RejectedLines(), 1);
+    QCOMPARE(readAll(parser, {"X: 1 Y: 2 Z: 3", "X: 1 Y: 2 Z: 3", "X: 1 Y: 2 Z: 3"}).size(), 0);
+    QVERIFY(parser.Feed("X: 1 Y: 2 Z: 3"));
+}
+
+void tst_CBoardLineParser::lastDigit_data()
+{
+    QTest::addColumn<Lines>("lines");
+    QTest::addColumn<double>("step");
+    QTest::newRow("hundredths") << Lines{"X: 12.34  Y: -5.67  Z: 40.12  uT"} << 0.01;
+    QTest::newRow("whole") << Lines{"412 -100 35"} << 1.0;
+    QTest::newRow("the coarsest of three") << Lines{"0.125;1.5;2.25"} << 0.1;
+    QTest::newRow("exponent") << Lines{"1.25e-5 1.50E-5 1.00e-5"} << 1e-7;
+    QTest::newRow("the time has another one") << Lines{"12,0.5,0.5,0.5,20"} << 0.1;
+    QTest::newRow("axis by axis") << Lines{"X: 1.00 uT", "Y: 2.0 uT", "Z: 3.00 uT"} << 0.1;
+}
+
+void tst_CBoardLineParser::lastDigit()
+{
+    QFETCH(Lines, lines);
+    QFETCH(double, step);
+    CBoardLineParser parser;
+    const QList<BoardReading> readings = readAll(parser, lines);
+    QCOMPARE(readings.size(), 1);
+    QCOMPARE(readings.first().step, step);
+}
+
+void tst_CBoardLineParser::lostSamplesAreCounted()
+{
+    CBoardLineParser parser;
+    QList<BoardReading> readings = readAll(parser, {"1,2,3", "4,\x01,6", "", "7,8", "9,10,11", "12,13,14"});
+    QCOMPARE(readings.size(), 3);
+    QCOMPARE(readings.at(0).lostBefore, 0);
+    QCOMPARE(readings.at(1).lostBefore, 2);
+    QCOMPARE(readings.at(2).lostBefore, 0);
+    // Three lines of one axis each are a sample: how many are lost cannot be told from lines.
+    CBoardLineParser axes;
+    readings = readAll(axes, {"X:1", "Y:2", "Z:3", "X:1", "Y:\x01", "Z:3", "X:4", "Y:5", "Z:6"});
+    QCOMPARE(readings.size(), 2);
+    QCOMPARE(readings.at(1).lostBefore, 0);
 }
 
 void tst_CBoardLineParser::rejected_data()

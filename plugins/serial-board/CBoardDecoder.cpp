@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "CBoardDecoder.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+// A line does not stop half-way for so long, unless its end is lost.
+constexpr qint64 kMaxPauseNs = 500000000;
+
+double teslaPer(CUnits::UnitType unit)
+{
+    switch (unit) {
+    case CUnits::MILLI_TESLA:
+        return 1e-3;
+    case CUnits::MICRO_TESLA:
+        return 1e-6;
+    case CUnits::NANO_TESLA:
+        return 1e-9;
+    case CUnits::GAUSS:
+        return 1e-4;
+    case CUnits::MILLI_GAUSS:
+        return 1e-7;
+    default:
+        return 1;
+    }
+}
+
+} // namespace
+
+CBoardDecoder::CBoardDecoder(CUnits::UnitType unit, double scale,
+                             const QVector<CBoardLineParser::Column>& columns)
+    : m_unit(unit), m_scale(scale), m_parser(columns)
+{
+}
+
+QVector<BoardSample> CBoardDecoder::Feed(const QByteArray& bytes, qint64 arrivalNs)
+{
+    if (m_splitter.HasPartialLine() && arrivalNs - m_lastArrivalNs > kMaxPauseNs) {
+        m_splitter.Interrupt();
+        m_parser.Interrupt();
+    }
+    m_lastArrivalNs = arrivalNs;
+
+    QVector<BoardReading> readings;
+    const QList<QByteArray> lines = m_splitter.Feed(bytes);
+    for (const QByteArray& line : lines) {
+        if (const auto reading = m_parser.Feed(line))
+            readings.append(*reading);
+    }
+    // What the board says goes before what the user says; all samples have the unit that stood at their
+    // first.
+    if (!readings.isEmpty() && readings.last().unit != CUnits::UNKNOWN && !IsSettled())
+        m_unit = readings.last().unit;
+    m_hasReadings |= !readings.isEmpty();
+
+    QVector<BoardSample> samples;
+    const QVector<TimedReading> timed = m_clock.Arrive(readings, arrivalNs);
+    samples.reserve(timed.size());
+    for (const TimedReading& reading : timed)
+        samples.append(sampleOf(reading));
+    return samples;
+}
+
+BoardSample CBoardDecoder::sampleOf(const TimedReading& timed) const
+{
+    const BoardReading& reading = timed.reading;
+    double factor = m_scale;
+    if (reading.unit != CUnits::UNKNOWN && reading.unit != m_unit)
+        factor *= teslaPer(reading.unit) / teslaPer(m_unit);
+    BoardSample sample;
+    sample.timeNs = timed.timeNs;
+    sample.field = reading.field * factor;
+    sample.temperature = reading.temperature.value_or(std::numeric_limits<double>::quiet_NaN());
+    sample.step = reading.step * std::abs(factor);
+    return sample;
+}

@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+#include "CSerialBoardPlugin.h"
+
+KESTRIX_PLUGIN_FACTORY CInstrumentPlugin* CreateInstrumentPlugin()
+{
+    return new CSerialBoardPlugin;
+}
