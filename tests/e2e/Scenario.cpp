@@ -52,6 +52,11 @@ void Scenario::WriteReplaySettings(const QString& text)
     writeFile(pluginSettingsPath("KestrixFileReplay.ini"), text);
 }
 
+void Scenario::WriteSerialBoardSettings(const QString& text)
+{
+    writeFile(pluginSettingsPath("KestrixSerialBoard.ini"), text);
+}
+
 void Scenario::WriteDefaultInstrument(const QString& name, const QString& serialNumber)
 {
     writeFile(SettingsDirectoryPath + QStringLiteral("/KestrixConnectionSettings.xml"),

@@ -26,6 +26,7 @@ public:
     /// Settings files that must be there before the start.
     static void WriteSimulationSettings(const QString& text);
     static void WriteReplaySettings(const QString& text);
+    static void WriteSerialBoardSettings(const QString& text);
     static void WriteDefaultInstrument(const QString& name, const QString& serialNumber);
     static void WriteApplicationSettings(const QString& elements);
     static void WriteMeasureSettings(const QString& elements);
