@@ -25,6 +25,8 @@ constexpr double kPauseS = 0.1;
 constexpr double kLateS = 0.025;
 constexpr double kLatePeriods = 0.6;
 constexpr double kLateJitters = 5;
+// However uneven the arrivals are: a longer gap must not pass for jitter, and widen what passes for it.
+constexpr double kMaxLateS = 0.1;
 constexpr double kJitterWeight = 1.0 / 64;
 constexpr int kMaxPending = 4096;
 // Device times that differ so much from the arrivals are those of a board that has started anew.
@@ -163,7 +165,8 @@ double CBoardClock::pastWeight(double elapsedS) const
 
 double CBoardClock::lateness() const
 {
-    return std::fmax(kLateS, std::fmax(kLatePeriods * m_line.Slope(), kLateJitters * m_jitterS));
+    const double jitterS = std::fmin(kLateJitters * m_jitterS, kMaxLateS);
+    return std::fmax(kLateS, std::fmax(kLatePeriods * m_line.Slope(), jitterS));
 }
 
 QVector<TimedReading> CBoardClock::arriveByCount(const QVector<BoardReading>& readings, double arrivalS)

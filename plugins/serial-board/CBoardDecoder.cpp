@@ -8,6 +8,9 @@ namespace {
 
 // A line does not stop half-way for so long, unless its end is lost.
 constexpr qint64 kMaxPauseNs = 500000000;
+// The first bytes after so long a silence are the beginning of a line. A board that was started anew by the
+// opening of its port may print a header then, once.
+constexpr qint64 kSilenceNs = 50000000;
 
 double teslaPer(CUnits::UnitType unit)
 {
@@ -41,6 +44,9 @@ QVector<BoardSample> CBoardDecoder::Feed(const QByteArray& bytes, qint64 arrival
         m_splitter.Interrupt();
         m_parser.Interrupt();
     }
+    if (m_beginNs && arrivalNs - *m_beginNs > kSilenceNs)
+        m_splitter.BeginLine();
+    m_beginNs.reset();
     m_lastArrivalNs = arrivalNs;
 
     QVector<BoardReading> readings;

@@ -8,6 +8,8 @@
 #include <QByteArray>
 #include <QVector>
 
+#include <optional>
+
 /// One sample of a board in the unit of the board.
 struct BoardSample
 {
@@ -25,6 +27,8 @@ public:
     /// `unit` counts for values that name none, UNKNOWN if that is not known; `scale` multiplies all values.
     CBoardDecoder(CUnits::UnitType unit, double scale, const QVector<CBoardLineParser::Column>& columns);
 
+    /// The port was opened.
+    void Begin(qint64 timeNs) { m_beginNs = timeNs; }
     /// Bytes that arrived together.
     QVector<BoardSample> Feed(const QByteArray& bytes, qint64 arrivalNs);
 
@@ -44,5 +48,6 @@ private:
     CBoardLineParser m_parser;
     CBoardClock m_clock;
     bool m_hasReadings = false;
+    std::optional<qint64> m_beginNs; ///< until the first bytes
     qint64 m_lastArrivalNs = 0;
 };

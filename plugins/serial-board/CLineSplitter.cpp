@@ -31,3 +31,9 @@ void CLineSplitter::Interrupt()
     m_partial.clear();
     m_isSkipping = true;
 }
+
+void CLineSplitter::BeginLine()
+{
+    m_partial.clear();
+    m_isSkipping = false;
+}

@@ -17,6 +17,8 @@ public:
 
     /// Bytes may be missing here.
     void Interrupt();
+    /// What comes next is the beginning of a line, as is known of what ends a silence.
+    void BeginLine();
 
     /// Whether a line has begun and not ended.
     bool HasPartialLine() const { return !m_partial.isEmpty(); }

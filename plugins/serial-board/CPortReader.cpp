@@ -66,6 +66,7 @@ void CPortReader::Open()
     }
     // What the system has kept from before the opening has no time.
     m_port->clear(QSerialPort::Input);
+    m_decoder.Begin(steadyNs());
     connect(m_port.get(), &QSerialPort::errorOccurred, this, &CPortReader::onError);
     m_watch.start();
     const QMutexLocker lock(&m_mutex);
@@ -103,9 +104,8 @@ void CPortReader::publish()
 
 void CPortReader::onError(QSerialPort::SerialPortError error)
 {
-    // Noise on the line is no reason to give up.
-    if (error != QSerialPort::ResourceError && error != QSerialPort::DeviceNotFoundError &&
-        error != QSerialPort::PermissionError)
+    // A port that was unplugged reads as ended, again and again.
+    if (error == QSerialPort::NoError)
         return;
     {
         const QMutexLocker lock(&m_mutex);
@@ -116,6 +116,8 @@ void CPortReader::onError(QSerialPort::SerialPortError error)
         m_changed.wakeAll();
     }
     m_watch.stop();
+    // Not from within its own signal.
+    QMetaObject::invokeMethod(m_port.get(), &QSerialPort::close, Qt::QueuedConnection);
     emit Lost();
 }
 

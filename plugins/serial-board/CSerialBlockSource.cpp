@@ -103,8 +103,9 @@ void CSerialBlockSource::fillBlock(CMeasureBlock& block, const AcquisitionParame
     QVector<BoardSample> samples;
     samples.reserve(parameters.blockSize);
     FieldVector sum;
-    for (int i = 0; i < parameters.blockSize; ++i) {
-        samples.append(meanOf(m_collected.constData() + i * parameters.averaging, parameters.averaging));
+    const BoardSample* first = m_collected.constData();
+    for (int i = 0; i < parameters.blockSize; ++i, first += parameters.averaging) {
+        samples.append(meanOf(first, parameters.averaging));
         sum = sum + samples.last().field;
     }
     // The direction of the mean field serves as B'.

@@ -92,6 +92,8 @@ void CSerialBoardListProvider::look()
         const QSharedPointer<CSerialBoardInstrument> gone = m_instrument;
         m_instrument.clear();
         gone->disconnect(this);
+        if (gone->IsConnected())
+            gone->Lose();
         emit InstrumentListUpdated();
     }
     if (board && !m_instrument) {

@@ -84,6 +84,11 @@ void Scenario::WriteMapperSettings(const QString& text)
     writeFile(pluginSettingsPath("KestrixSimulatedMapper.ini"), text);
 }
 
+void Scenario::WriteSerialBoardSettings(const QString& text)
+{
+    writeFile(pluginSettingsPath("KestrixSerialBoard.ini"), text);
+}
+
 void Scenario::WriteDefaultInstrument(const QString& name, const QString& serialNumber)
 {
     writeFile(SettingsDirectoryPath + QStringLiteral("/KestrixConnectionSettings.xml"),

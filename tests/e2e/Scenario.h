@@ -28,6 +28,7 @@ public:
     static void WriteSimulationSettings(const QString& text);
     static void WriteReplaySettings(const QString& text);
     static void WriteMapperSettings(const QString& text);
+    static void WriteSerialBoardSettings(const QString& text);
     static void WriteDefaultInstrument(const QString& name, const QString& serialNumber);
     static void WriteApplicationSettings(const QString& elements);
     static void WriteMeasureSettings(const QString& elements);

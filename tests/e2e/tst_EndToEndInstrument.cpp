@@ -4,7 +4,9 @@
 #include "CInstrument.h"
 #include "CInstrumentSupervisor.h"
 #include "EndToEndTest.h"
+#include "PtyBoard.h"
 
+#include <QDir>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
 #include <QQuickItem>
@@ -12,6 +14,8 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+
+#include <cmath>
 
 class tst_EndToEndInstrument : public EndToEndTest
 {
@@ -156,6 +160,33 @@ private slots:
         QTRY_VERIFY(!driver().IsVisible(QStringLiteral("holdButton")));
         QVERIFY(driver().Click(QStringLiteral("stopButton")));
         QVERIFY(blocks() > 0);
+        answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
+        QVERIFY(scenario().CloseWindow());
+    }
+
+    // A board whose port is in no list of the system, as its path was typed.
+    void boardAtATypedPath()
+    {
+        PtyBoard board(QDir::current().filePath(QStringLiteral("board")));
+        QVERIFY(board.Plug());
+        board.Start([index = 0]() mutable {
+            return PtyWrite{++index / 100.0, "X: 20.50  Y: -3.25  Z: 41.00  uT\r\n"};
+        });
+        Scenario::WriteSimulationSettings(QStringLiteral("[Instruments]\nCount=0\n"));
+        Scenario::WriteSerialBoardSettings(QStringLiteral("[Port]\nName=%1\n").arg(board.Path()));
+        scenario().Start(Scenario::Shipped);
+        QVERIFY(driver().WaitFor(QStringLiteral("connectButton0")));
+        QCOMPARE(supervisor()->AvailableInstruments().constFirst()->RessourceName(), board.Path());
+        connectFirstInstrument();
+        QCOMPARE(driver().Text(QStringLiteral("statusModel"), QStringLiteral("value")),
+                 QStringLiteral("Three-axis board"));
+        openMeter();
+        makeRecord(2);
+        // The root of 20.5^2 + 3.25^2 + 41^2.
+        const auto magnitude = [this] {
+            return driver().Text(QStringLiteral("bDisplayer"), QStringLiteral("value")).toDouble();
+        };
+        QTRY_VERIFY(std::abs(magnitude() - 45.9545) < 1e-3);
         answers().ExpectMessage(kQuitQuestion, QMessageBox::Ok);
         QVERIFY(scenario().CloseWindow());
     }

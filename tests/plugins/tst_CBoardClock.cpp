@@ -194,8 +194,7 @@ void tst_CBoardClock::lineIsThatOfLeastSquares()
 
 void tst_CBoardClock::oldPointsFade()
 {
-    // Weights 1/4, 1/2, 1 at x 0, 1, 2 with y 4, 0, 1: weighted means 10/7 and 8/7;
-    // Sxy = (1/4)(-10/7)(20/7) + (1/2)(-3/7)(-8/7) + (4/7)(-1/7) = -6/7, Sxx = 6/7 * 6/7 ... computed below.
+    // The textbook formulae, with weights of 1/4, 1/2 and 1.
     const double weights[] = {0.25, 0.5, 1};
     const double ys[] = {4, 0, 1};
     double w = 0;

@@ -78,6 +78,9 @@ void tst_CBoardLineParser::formats_data()
     QTest::newRow("plotter") << Lines{"x:1.2,y:3.4,z:5.6"} << Expected{1.2, 3.4, 5.6, CUnits::UNKNOWN};
     QTest::newRow("plotter with units in labels")
         << Lines{"Bx_uT:1.2\tBy_uT:3.4\tBz_uT:5.6"} << Expected{1.2, 3.4, 5.6, CUnits::MICRO_TESLA};
+    // What the sketches in examples/boards print.
+    QTest::newRow("plotter with time")
+        << Lines{"t_us:4123456 x_uT:12.34 y_uT:-5.67 z_uT:40.12\r"} << inMicroTesla;
     QTest::newRow("JSON") << Lines{R"({"x": 1.2, "y": -3.4, "z": 5.6})"}
                           << Expected{1.2, -3.4, 5.6, CUnits::UNKNOWN};
     QTest::newRow("JSON with unit") << Lines{R"({"unit":"mG","x":1.2,"y":-3.4,"z":5.6})"}
