@@ -128,13 +128,13 @@ void CChart2DMappingData::ClearData()
 
 void CChart2DMappingData::refreshLegendData(double axeXMin, double axeXMax)
 {
-    if (m_blocks.IsEmpty()) {
+    if (m_blocks.Plotted().IsEmpty()) {
         SetXmin(0.0);
         SetXmax(1.0);
         return;
     }
-    const double lowest = IsTimeAxis() ? MeasureResultMinX() : m_blocks.FirstKey() - m_axisMargin;
-    const double highest = IsTimeAxis() ? MeasureResultMaxX() : m_blocks.LastKey() + m_axisMargin;
+    const double lowest = IsTimeAxis() ? MeasureResultMinX() : m_blocks.Plotted().First().key - m_axisMargin;
+    const double highest = IsTimeAxis() ? MeasureResultMaxX() : m_blocks.Plotted().Last().key + m_axisMargin;
     SetXmin(std::max(lowest, axeXMin));
     SetXmax(std::min(highest, axeXMax));
     UpdateTimeLabels();
@@ -142,12 +142,12 @@ void CChart2DMappingData::refreshLegendData(double axeXMin, double axeXMax)
 
 void CChart2DMappingData::resetAxisXDelta(bool resetFullAxis)
 {
-    if (m_blocks.IsEmpty())
+    if (m_blocks.Plotted().IsEmpty())
         return;
     if (!IsTimeAxis()) {
-        m_axisMargin = niceMargin(m_blocks.LastKey() - m_blocks.FirstKey());
-        SetXmin(m_blocks.FirstKey() - m_axisMargin);
-        SetXmax(m_blocks.LastKey() + m_axisMargin);
+        m_axisMargin = niceMargin(m_blocks.Plotted().Last().key - m_blocks.Plotted().First().key);
+        SetXmin(m_blocks.Plotted().First().key - m_axisMargin);
+        SetXmax(m_blocks.Plotted().Last().key + m_axisMargin);
         emit refreshLimitSliderX();
         return;
     }
@@ -157,7 +157,7 @@ void CChart2DMappingData::resetAxisXDelta(bool resetFullAxis)
 
 void CChart2DMappingData::UpdateAxisX(unsigned count)
 {
-    if (m_blocks.IsEmpty()) {
+    if (m_blocks.Plotted().IsEmpty()) {
         SetXmin(0.0);
         SetXmax(1.0);
         return;
@@ -172,9 +172,10 @@ void CChart2DMappingData::UpdateAxisX(unsigned count)
         SetXmin(start > 0.0 ? start : MeasureResultMinX());
         SetXmax(end);
     } else {
-        const std::size_t perBlock = m_blocks.Plotted(0).values.size();
-        const double first = m_blocks.FirstKey();
-        const double last = m_blocks.Key(std::min(lastResult / perBlock, m_blocks.PlottedCount() - 1));
+        const std::size_t perBlock = m_blocks.Plotted().First().resultCount;
+        const double first = m_blocks.Plotted().First().key;
+        const double last =
+            m_blocks.Plotted().At(std::min(lastResult / perBlock, m_blocks.Plotted().Count() - 1)).key;
         m_axisMargin = niceMargin(last - first);
         SetXmin(first - m_axisMargin);
         SetXmax(last + m_axisMargin);
@@ -206,10 +207,10 @@ void CChart2DMappingData::UpdateTimeLabels()
 /// block and the last result are met.
 void CChart2DMappingData::UpdateDownsampling()
 {
-    const auto blocks = static_cast<int>(m_blocks.PlottedCount());
+    const auto blocks = static_cast<int>(m_blocks.Plotted().Count());
     if (blocks < 1)
         return;
-    const auto perBlock = static_cast<int>(m_blocks.Plotted(0).values.size());
+    const auto perBlock = static_cast<int>(m_blocks.Plotted().First().resultCount);
     const int mostRows = std::max(1, NbPointsAxeX());
     int shownBlocks = blocks;
     int shownPerBlock = perBlock;
@@ -234,13 +235,17 @@ void CChart2DMappingData::UpdateDownsampling()
     // Which rows are drawn is defined by running sums in single precision.
     // NOLINTNEXTLINE(clang-analyzer-security.FloatLoopCounter)
     for (float u = blockStart; u < blockEnd; u += blockStep) {
-        const CMappingBlocks::Entry& entry =
-            m_blocks.Plotted(nearestIndex(u, static_cast<std::size_t>(blocks)));
+        const CMappingOrder::Item& item =
+            m_blocks.Plotted().At(nearestIndex(u, static_cast<std::size_t>(blocks)));
         // NOLINTNEXTLINE(clang-analyzer-security.FloatLoopCounter)
         for (float v = resultStart; v < resultEnd; v += resultStep) {
-            const std::size_t k = nearestIndex(v, entry.values.size());
-            drawn = entry.values[k];
-            PublishRow(row, IsTimeAxis() ? entry.timeStamps[k] - origin : entry.key, drawn);
+            const std::size_t k = nearestIndex(v, item.resultCount);
+            const bool isLast = k + 1 == item.resultCount;
+            drawn = isLast ? item.lastValues : item.entry->values[k];
+            double x = item.key;
+            if (IsTimeAxis())
+                x = (isLast ? item.lastTimeStamp : item.entry->timeStamps[k]) - origin;
+            PublishRow(row, x, drawn);
             for (std::size_t i = 0; i < FieldSeries::Count; ++i) {
                 if (IsSeriesVisible(i))
                     fold.Add(drawn[i], drawn[i]);
@@ -359,9 +364,9 @@ void CChart2DMappingData::UpdateLimitsX()
             SetMinDeltaAxisX(1.0 / rate);
         return;
     }
-    if (!m_blocks.IsEmpty()) {
-        SetMeasureResultMaxX(m_blocks.LastKey() + m_axisMargin);
-        SetMeasureResultMinX(m_blocks.FirstKey() - m_axisMargin);
+    if (!m_blocks.Plotted().IsEmpty()) {
+        SetMeasureResultMaxX(m_blocks.Plotted().Last().key + m_axisMargin);
+        SetMeasureResultMinX(m_blocks.Plotted().First().key - m_axisMargin);
     }
     SetMinDeltaAxisX(m_axisMargin);
 }
@@ -374,8 +379,8 @@ void CChart2DMappingData::Load(const Blocks& blocks, std::size_t count, bool isW
     const std::size_t stamps = History().TimeStamps().size();
     if (IsTimeAxis() && stamps > 0)
         SetXmax(History().X(stamps - 1));
-    else if (!IsTimeAxis() && !m_blocks.IsEmpty())
-        SetXmax(m_blocks.LastKey());
+    else if (!IsTimeAxis() && !m_blocks.Plotted().IsEmpty())
+        SetXmax(m_blocks.Plotted().Last().key);
     resetAxisXDelta(isWhole);
     EndLoading();
 }

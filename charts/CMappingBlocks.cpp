@@ -2,17 +2,7 @@
 #include "CMappingBlocks.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
-
-namespace {
-
-bool isBefore(double a, double b)
-{
-    return a < b || (!std::isnan(a) && std::isnan(b));
-}
-
-} // namespace
 
 CMappingBlocks::Entry& CMappingBlocks::Append(Entry entry)
 {
@@ -20,29 +10,16 @@ CMappingBlocks::Entry& CMappingBlocks::Append(Entry entry)
     return m_arrived.back();
 }
 
-void CMappingBlocks::Plot(const Entry& entry)
-{
-    const auto place = std::partition_point(m_plotted.begin(), m_plotted.end(), [&](const KeyedEntry& other) {
-        return isBefore(other.key, entry.key);
-    });
-    m_plotted.insert(place, {entry.key, &entry});
-}
-
 void CMappingBlocks::DropOldest()
 {
-    const Entry& oldest = m_arrived.front();
-    // The last of those with its key, as all later ones stand before it
-    const auto behind =
-        std::partition_point(m_plotted.begin(), m_plotted.end(),
-                             [&](const KeyedEntry& other) { return !isBefore(oldest.key, other.key); });
-    if (behind != m_plotted.begin() && std::prev(behind)->entry == &oldest)
-        m_plotted.erase(std::prev(behind));
+    // Among those with its key it is the last, as all later ones stand before it.
+    m_plotted.RemoveLastWithKeyOf(m_arrived.front());
     m_arrived.pop_front();
 }
 
 void CMappingBlocks::Clear()
 {
-    m_plotted.clear();
+    m_plotted.Clear();
     m_arrived.clear();
 }
 

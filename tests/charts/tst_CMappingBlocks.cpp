@@ -4,8 +4,12 @@
 #include <QMap>
 #include <QTest>
 
+#include <cmath>
+#include <deque>
 #include <limits>
+#include <list>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -20,6 +24,8 @@ CMappingBlocks::Entry makeEntry(double key, quint64 firstResult = 0, int results
         auto result = QSharedPointer<CFieldIntensityResult>::create();
         result->SetTemperature(static_cast<quint16>(firstResult + static_cast<quint64>(i)));
         entry.block->Results.append(result);
+        entry.values.push_back({static_cast<float>(i)});
+        entry.timeStamps.push_back(10.0 * i);
     }
     return entry;
 }
@@ -29,8 +35,8 @@ using BlockList = QVector<CMeasureBlockMapping*>;
 BlockList plottedOf(const CMappingBlocks& blocks)
 {
     BlockList list;
-    for (std::size_t i = 0; i < blocks.PlottedCount(); ++i)
-        list.append(blocks.Plotted(i).block.data());
+    for (std::size_t i = 0; i < blocks.Plotted().Count(); ++i)
+        list.append(blocks.Plotted().At(i).entry->block.data());
     return list;
 }
 
@@ -54,6 +60,9 @@ private slots:
     void dropsWhatIsNotPlotted();
     void keyThatIsNotANumber();
     void equalsAMapBuiltAnew();
+    void equalsALongListInOrder_data();
+    void equalsALongListInOrder();
+    void itemsHoldTheLastResult();
     void resultsByNumber();
     void clear();
 };
@@ -61,14 +70,14 @@ private slots:
 void tst_CMappingBlocks::ordersByKey()
 {
     CMappingBlocks blocks;
-    QVERIFY(blocks.IsEmpty());
+    QVERIFY(blocks.Plotted().IsEmpty());
     auto* third = add(blocks, 3.0);
     auto* first = add(blocks, -1.0);
     auto* second = add(blocks, 2.5);
     QCOMPARE(plottedOf(blocks), (BlockList{first, second, third}));
-    QCOMPARE(blocks.FirstKey(), -1.0);
-    QCOMPARE(blocks.Key(1), 2.5);
-    QCOMPARE(blocks.LastKey(), 3.0);
+    QCOMPARE(blocks.Plotted().First().key, -1.0);
+    QCOMPARE(blocks.Plotted().At(1).key, 2.5);
+    QCOMPARE(blocks.Plotted().Last().key, 3.0);
     QCOMPARE(blocks.Arrived().front().block.data(), third);
 }
 
@@ -92,7 +101,7 @@ void tst_CMappingBlocks::oldestOfEqualKeysDrops()
     blocks.DropOldest();
     QCOMPARE(plottedOf(blocks), (BlockList{third}));
     blocks.DropOldest();
-    QVERIFY(blocks.IsEmpty());
+    QVERIFY(blocks.Plotted().IsEmpty());
     QVERIFY(blocks.Arrived().empty());
 }
 
@@ -139,6 +148,77 @@ void tst_CMappingBlocks::equalsAMapBuiltAnew()
     }
 }
 
+void tst_CMappingBlocks::equalsALongListInOrder_data()
+{
+    QTest::addColumn<int>("keys");
+    QTest::addColumn<int>("growth");
+    QTest::addRow("few keys") << 5 << 1000;
+    QTest::addRow("many keys") << 100000 << 1000;
+    QTest::addRow("a key of its own for each") << 0 << 1000;
+    QTest::addRow("a few only") << 50 << 3;
+}
+
+/// Grows to so many entries, goes on at that length, and shrinks to none.
+void tst_CMappingBlocks::equalsALongListInOrder()
+{
+    QFETCH(int, keys);
+    QFETCH(int, growth);
+    std::mt19937 engine(7);
+    CMappingBlocks blocks;
+    std::deque<std::pair<double, CMeasureBlockMapping*>> arrived;
+    const auto isBefore = [](double a, double b) { return std::isnan(a) ? false : std::isnan(b) || a < b; };
+    const auto compare = [&] {
+        std::list<std::pair<double, CMeasureBlockMapping*>> inOrder;
+        for (const auto& entry : arrived) {
+            auto place = inOrder.begin();
+            while (place != inOrder.end() && isBefore(place->first, entry.first))
+                ++place;
+            inOrder.insert(place, entry);
+        }
+        BlockList expected;
+        for (const auto& entry : inOrder)
+            expected.append(entry.second);
+        QCOMPARE(plottedOf(blocks), expected);
+        QCOMPARE(blocks.Plotted().IsEmpty(), expected.isEmpty());
+        if (expected.isEmpty())
+            return;
+        QCOMPARE(blocks.Plotted().First().entry->block.data(), expected.first());
+        QCOMPARE(blocks.Plotted().Last().entry->block.data(), expected.last());
+    };
+    for (int step = 0; step < 2 * growth; ++step) {
+        double key = keys > 0 ? static_cast<double>(engine() % static_cast<unsigned>(keys)) : step;
+        if (keys > 0 && engine() % 40 == 0)
+            key = std::numeric_limits<double>::quiet_NaN();
+        arrived.emplace_back(key, add(blocks, key));
+        if (step >= growth) {
+            blocks.DropOldest();
+            arrived.pop_front();
+        }
+        if (step % (1 + growth / 8) == 0)
+            compare();
+    }
+    while (!arrived.empty()) {
+        blocks.DropOldest();
+        arrived.pop_front();
+        if (arrived.size() % (1 + static_cast<std::size_t>(growth) / 8) == 0)
+            compare();
+    }
+}
+
+void tst_CMappingBlocks::itemsHoldTheLastResult()
+{
+    CMappingBlocks blocks;
+    blocks.Plot(blocks.Append(makeEntry(2.0, 0, 3)));
+    const CMappingOrder::Item& item = blocks.Plotted().At(0);
+    QCOMPARE(item.resultCount, std::size_t{3});
+    QCOMPARE(item.lastValues[0], 2.0F);
+    QCOMPARE(item.lastTimeStamp, 20.0);
+    MappingEntry timeless = makeEntry(3.0);
+    timeless.timeStamps.clear();
+    blocks.Plot(blocks.Append(timeless));
+    QCOMPARE(blocks.Plotted().Last().lastTimeStamp, 0.0);
+}
+
 void tst_CMappingBlocks::resultsByNumber()
 {
     CMappingBlocks blocks;
@@ -158,7 +238,7 @@ void tst_CMappingBlocks::clear()
     CMappingBlocks blocks;
     add(blocks, 1.0);
     blocks.Clear();
-    QVERIFY(blocks.IsEmpty());
+    QVERIFY(blocks.Plotted().IsEmpty());
     QVERIFY(blocks.Arrived().empty());
     QVERIFY(!blocks.ResultAt(0));
 }
