@@ -5,7 +5,6 @@
 #include "COperationMapping.h"
 #include "FieldRotation.h"
 #include "NiceRange.h"
-#include "Property.h"
 
 #include <QDebug>
 
@@ -28,63 +27,10 @@ std::size_t nearestIndex(float place, std::size_t count)
 } // namespace
 
 CChart2DMappingData::CChart2DMappingData(COperationMapping* operation, CSettings* settings, QObject* parent)
-    : CChart2DFieldsData(operation->OperationParameters()->MeasurementParameters(), parent),
-      m_operation(operation), m_settings(settings),
-      m_horizontalAxisType(settings->Mapping2DPlotHorizontalAxisType()),
-      m_averagingModeNames({tr("Off"), tr("Exponential"), tr("Moving")})
+    : CChart2DAveragedData(operation->OperationParameters()->MeasurementParameters(), settings, parent),
+      m_operation(operation), m_horizontalAxisType(settings->Mapping2DPlotHorizontalAxisType())
 {
     SetMinDeltaAxisX(DefaultMinDeltaAxisX());
-    SetAveragingCount(m_settings->AveragingCount());
-    SetAveragingModeIndex(m_settings->AveragingMode());
-    connect(this, &CChart2DMappingData::AveragingModeChanged, this, &CChart2DFieldsData::RecomputeFullFilter);
-    connect(this, &CChart2DMappingData::AveragingCountChanged, this,
-            &CChart2DFieldsData::RecomputeFullFilter);
-    connect(this, &CChart2DMappingData::AveragingModeIndexChanged, this,
-            &CChart2DMappingData::onAveragingModeIndexChange);
-    connect(this, &CChart2DMappingData::AveragingCountChanged, this,
-            &CChart2DMappingData::onAveragingCountIndexChange);
-    onAveragingModeIndexChange();
-}
-
-void CChart2DMappingData::SetAveragingCount(uint value)
-{
-    storeAndEmitOnChange(this, m_averagingCount, value, &CChart2DMappingData::AveragingCountChanged);
-}
-
-void CChart2DMappingData::SetAveragingMode(AveragingModes value)
-{
-    storeAndEmitOnChange(this, m_averagingMode, value, &CChart2DMappingData::AveragingModeChanged);
-}
-
-void CChart2DMappingData::SetAveragingModeIndex(int value)
-{
-    storeAndEmitOnChange(this, m_averagingModeIndex, value, &CChart2DMappingData::AveragingModeIndexChanged);
-}
-
-void CChart2DMappingData::saveAveragingParameter()
-{
-    m_settings->WriteToFile();
-}
-
-void CChart2DMappingData::onAveragingModeIndexChange()
-{
-    switch (m_averagingModeIndex) {
-    case Exponential:
-        SetAveragingMode(Exponential);
-        break;
-    case Moving:
-        SetAveragingMode(Moving);
-        break;
-    default:
-        SetAveragingMode(Off);
-        SetAveragingModeIndex(0);
-    }
-    m_settings->SetAveragingMode(m_averagingModeIndex);
-}
-
-void CChart2DMappingData::onAveragingCountIndexChange()
-{
-    m_settings->SetAveragingCount(m_averagingCount);
 }
 
 void CChart2DMappingData::AddMeasureBlock(const QSharedPointer<CMeasureBlock>& block)
@@ -266,9 +212,8 @@ void CChart2DMappingData::UpdateDownsampling()
 
 unsigned CChart2DMappingData::ComputeDeltaX()
 {
-    const double rate = Parameters()->AcquisitionRate();
-    qDebug() << "CChart2DMappingData::ComputeDeltaX" << rate;
-    return static_cast<unsigned>(rate * 10.0);
+    qDebug() << "CChart2DMappingData::ComputeDeltaX" << Parameters()->AcquisitionRate();
+    return CChart2DAveragedData::ComputeDeltaX();
 }
 
 void CChart2DMappingData::UpdateFilter()
@@ -303,16 +248,16 @@ double CChart2DMappingData::KeyOf(const CMappingBlocks::Entry& entry) const
 /// Reads the values of the block and averages them. Returns false if the block cannot be plotted.
 bool CChart2DMappingData::TakeValues(CMappingBlocks::Entry& entry) const
 {
-    if (m_averagingMode != Off && m_averagingCount == 0)
+    if (AveragingMode() != Off && AveragingCount() == 0)
         return false;
     entry.values.clear();
     entry.values.reserve(static_cast<std::size_t>(entry.block->Results.size()));
     for (const auto& result : qAsConst(entry.block->Results))
         entry.values.push_back(FieldSeries::valuesOf(*result));
-    if (m_averagingMode == Exponential)
-        BlockAverages::makeExponential(entry.values, m_averagingCount);
-    else if (m_averagingMode == Moving)
-        BlockAverages::makeMoving(entry.values, m_averagingCount);
+    if (AveragingMode() == Exponential)
+        BlockAverages::makeExponential(entry.values, AveragingCount());
+    else if (AveragingMode() == Moving)
+        BlockAverages::makeMoving(entry.values, AveragingCount());
     return true;
 }
 

@@ -3,8 +3,6 @@
 
 #include "CFieldIntensityResult.h"
 #include "COperationMeasure.h"
-#include "CSettings.h"
-#include "Property.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,39 +33,9 @@ QSharedPointer<Result> makeAverage(const Fields& sums, float divisor)
 } // namespace
 
 CChart2DMeterData::CChart2DMeterData(COperationMeasure* operation, CSettings* settings, QObject* parent)
-    : CChart2DFieldsData(operation->OperationParameters()->MeasurementParameters(), parent),
-      m_operation(operation), m_settings(settings),
-      m_averagingModeNames({tr("Off"), tr("Exponential"), tr("Moving")})
+    : CChart2DAveragedData(operation->OperationParameters()->MeasurementParameters(), settings, parent),
+      m_operation(operation)
 {
-    SetAveragingCount(m_settings->AveragingCount());
-    SetAveragingModeIndex(m_settings->AveragingMode());
-    connect(this, &CChart2DMeterData::AveragingModeChanged, this, &CChart2DFieldsData::RecomputeFullFilter);
-    connect(this, &CChart2DMeterData::AveragingCountChanged, this, &CChart2DFieldsData::RecomputeFullFilter);
-    connect(this, &CChart2DMeterData::AveragingModeIndexChanged, this,
-            &CChart2DMeterData::onAveragingModeIndexChange);
-    connect(this, &CChart2DMeterData::AveragingCountChanged, this,
-            &CChart2DMeterData::onAveragingCountIndexChange);
-    onAveragingModeIndexChange();
-}
-
-void CChart2DMeterData::SetAveragingCount(uint value)
-{
-    storeAndEmitOnChange(this, m_averagingCount, value, &CChart2DMeterData::AveragingCountChanged);
-}
-
-void CChart2DMeterData::SetAveragingMode(AveragingModes value)
-{
-    storeAndEmitOnChange(this, m_averagingMode, value, &CChart2DMeterData::AveragingModeChanged);
-}
-
-void CChart2DMeterData::SetAveragingModeIndex(int value)
-{
-    storeAndEmitOnChange(this, m_averagingModeIndex, value, &CChart2DMeterData::AveragingModeIndexChanged);
-}
-
-void CChart2DMeterData::saveAveragingParameter()
-{
-    m_settings->WriteToFile();
 }
 
 void CChart2DMeterData::AddMeasureBlock(const QSharedPointer<CMeasureBlock>& block)
@@ -116,19 +84,14 @@ void CChart2DMeterData::MoveToBlock(const Blocks& blocks, int index, bool wholeD
     EndLoading();
 }
 
-unsigned CChart2DMeterData::ComputeDeltaX()
-{
-    return static_cast<unsigned>(Parameters()->AcquisitionRate() * 10.0);
-}
-
 void CChart2DMeterData::UpdateFilter()
 {
     const std::size_t count = History().Raw().size();
-    const std::size_t n = std::min<std::size_t>(count, m_averagingCount);
+    const std::size_t n = std::min<std::size_t>(count, AveragingCount());
     for (std::size_t k = History().Filtered().size(); k < count; ++k) {
-        if (m_averagingMode == Off || n == 0)
+        if (AveragingMode() == Off || n == 0)
             History().AppendFiltered(History().Raw()[k]);
-        else if (m_averagingMode == Exponential)
+        else if (AveragingMode() == Exponential)
             History().AppendFiltered(FilterExponential(k, n));
         else
             History().AppendFiltered(FilterMoving(k, n));
@@ -139,27 +102,6 @@ void CChart2DMeterData::ResetFilter()
 {
     m_sampleCounter = 0;
     m_accumulators.fill(0.0F);
-}
-
-void CChart2DMeterData::onAveragingModeIndexChange()
-{
-    switch (m_averagingModeIndex) {
-    case Exponential:
-        SetAveragingMode(Exponential);
-        break;
-    case Moving:
-        SetAveragingMode(Moving);
-        break;
-    default:
-        SetAveragingMode(Off);
-        SetAveragingModeIndex(0);
-    }
-    m_settings->SetAveragingMode(m_averagingModeIndex);
-}
-
-void CChart2DMeterData::onAveragingCountIndexChange()
-{
-    m_settings->SetAveragingCount(m_averagingCount);
 }
 
 void CChart2DMeterData::AppendBlock(const CMeasureBlock& block)

@@ -15,12 +15,7 @@ class tst_CChart2DMappingData : public QObject, private MappingChartFixture
 private slots:
     void init() { start(); }
     void surface();
-    void constructedFromSettings_data();
-    void constructedFromSettings();
     void axisComesFromTheSettingsOnce();
-    void modeIndexDrivesMode();
-    void countGoesToTheSettings();
-    void saveWritesTheSettings();
     void deltaX();
     void blockTurnsOnce();
     void markedBlockStays();
@@ -38,45 +33,8 @@ void tst_CChart2DMappingData::surface()
 {
     const QMetaObject& meta = CChart2DMappingData::staticMetaObject;
     VERIFY_NO_DIFFERENCE(compareProperties(
-        meta, {{"AveragingCount", "uint", ReadWrite},
-               {"AveragingMode", "AveragingModes", ReadWrite},
-               {"AveragingModeIndex", "int", ReadWrite},
-               {"AveragingModeNames", "QStringList", Constant},
-               {"HorizontalAxisType", "CSettings::t_Mapping2DPlotHorizontalAxisType", Constant}}));
-    VERIFY_NO_DIFFERENCE(
-        compareEnum(meta, "AveragingModes", {{"Off", 0}, {"Exponential", 1}, {"Moving", 2}}));
-    VERIFY_NO_DIFFERENCE(compareMethods(meta, QMetaMethod::Slot,
-                                        {"onAveragingModeIndexChange()", "onAveragingCountIndexChange()"}));
-    VERIFY_NO_DIFFERENCE(compareMethods(meta, QMetaMethod::Method, {"saveAveragingParameter()"}));
-    QVERIFY(meta.inherits(&CChart2DFieldsData::staticMetaObject));
-    QCOMPARE(m_chart->AveragingModeNames(),
-             QStringList({QStringLiteral("Off"), QStringLiteral("Exponential"), QStringLiteral("Moving")}));
-    QCOMPARE(m_chart->AveragingCount(), 1U);
-    QCOMPARE(m_chart->AveragingMode(), MappingMode::Off);
-}
-
-void tst_CChart2DMappingData::constructedFromSettings_data()
-{
-    QTest::addColumn<int>("stored");
-    QTest::addColumn<int>("index");
-    QTest::newRow("off") << 0 << 0;
-    QTest::newRow("exponential") << 1 << 1;
-    QTest::newRow("moving") << 2 << 2;
-    QTest::newRow("unknown") << 3 << 0;
-    QTest::newRow("negative") << -1 << 0;
-}
-
-void tst_CChart2DMappingData::constructedFromSettings()
-{
-    QFETCH(int, stored);
-    QFETCH(int, index);
-    m_settings->SetAveragingMode(stored);
-    m_settings->SetAveragingCount(17);
-    makeChart();
-    QCOMPARE(m_chart->AveragingCount(), 17U);
-    QCOMPARE(m_chart->AveragingModeIndex(), index);
-    QCOMPARE(static_cast<int>(m_chart->AveragingMode()), index);
-    QCOMPARE(m_settings->AveragingMode(), index);
+        meta, {{"HorizontalAxisType", "CSettings::t_Mapping2DPlotHorizontalAxisType", Constant}}));
+    QVERIFY(meta.inherits(&CChart2DAveragedData::staticMetaObject));
 }
 
 void tst_CChart2DMappingData::axisComesFromTheSettingsOnce()
@@ -91,46 +49,6 @@ void tst_CChart2DMappingData::axisComesFromTheSettingsOnce()
         m_settings->SetMapping2DPlotHorizontalAxisType(CSettings::e_HorizAxisIsTime);
         QCOMPARE(m_chart->HorizontalAxisType(), axis);
     }
-}
-
-void tst_CChart2DMappingData::modeIndexDrivesMode()
-{
-    QSignalSpy modeSpy(m_chart.get(), &CChart2DMappingData::AveragingModeChanged);
-    QSignalSpy resetSpy(m_chart.get(), &QAbstractItemModel::modelReset);
-    m_chart->SetAveragingModeIndex(2);
-    QCOMPARE(m_chart->AveragingMode(), MappingMode::Moving);
-    QCOMPARE(m_settings->AveragingMode(), 2);
-    m_chart->SetAveragingModeIndex(1);
-    QCOMPARE(m_chart->AveragingMode(), MappingMode::Exponential);
-    QCOMPARE(m_settings->AveragingMode(), 1);
-    m_chart->SetAveragingModeIndex(1);
-    m_chart->onAveragingModeIndexChange();
-    QCOMPARE(modeSpy.count(), 2);
-    QCOMPARE(resetSpy.count(), 2);
-    m_chart->SetAveragingModeIndex(5);
-    QCOMPARE(m_chart->AveragingModeIndex(), 0);
-    QCOMPARE(m_chart->AveragingMode(), MappingMode::Off);
-    QCOMPARE(m_settings->AveragingMode(), 0);
-}
-
-void tst_CChart2DMappingData::countGoesToTheSettings()
-{
-    QSignalSpy resetSpy(m_chart.get(), &QAbstractItemModel::modelReset);
-    QVERIFY(m_chart->setProperty("AveragingCount", 9));
-    QCOMPARE(m_settings->AveragingCount(), quint32{9});
-    m_chart->SetAveragingCount(9);
-    QCOMPARE(resetSpy.count(), 1);
-}
-
-void tst_CChart2DMappingData::saveWritesTheSettings()
-{
-    m_chart->SetAveragingCount(23);
-    m_chart->SetAveragingModeIndex(2);
-    QDir().mkpath(SettingsDirectoryPath);
-    QVERIFY(QMetaObject::invokeMethod(m_chart.get(), "saveAveragingParameter"));
-    const CSettings restored(QCoreApplication::applicationDirPath());
-    QCOMPARE(restored.AveragingCount(), quint32{23});
-    QCOMPARE(restored.AveragingMode(), 2);
 }
 
 void tst_CChart2DMappingData::deltaX()

@@ -3,7 +3,6 @@
 #include "MeterChartFixture.h"
 
 #include <QAbstractItemModelTester>
-#include <QDir>
 #include <QTest>
 #include <QTimer>
 
@@ -20,11 +19,6 @@ class tst_CChart2DMeterData : public QObject, private MeterChartFixture
 private slots:
     void init() { start(); }
     void surface();
-    void constructedFromSettings_data();
-    void constructedFromSettings();
-    void modeIndexDrivesMode();
-    void countGoesToTheSettings();
-    void saveWritesTheSettings();
     void deltaX();
     void firstBlock();
     void firstBlockResetsTheAxes();
@@ -44,103 +38,8 @@ private slots:
 void tst_CChart2DMeterData::surface()
 {
     const QMetaObject& meta = CChart2DMeterData::staticMetaObject;
-    VERIFY_NO_DIFFERENCE(compareProperties(meta, {{"AveragingCount", "uint", ReadWrite},
-                                                  {"AveragingMode", "AveragingModes", ReadWrite},
-                                                  {"AveragingModeIndex", "int", ReadWrite},
-                                                  {"AveragingModeNames", "QStringList", Constant}}));
-    VERIFY_NO_DIFFERENCE(
-        compareEnum(meta, "AveragingModes", {{"Off", 0}, {"Exponential", 1}, {"Moving", 2}}));
-    VERIFY_NO_DIFFERENCE(compareMethods(meta, QMetaMethod::Slot,
-                                        {"onAveragingModeIndexChange()", "onAveragingCountIndexChange()"}));
-    VERIFY_NO_DIFFERENCE(compareMethods(meta, QMetaMethod::Method, {"saveAveragingParameter()"}));
-    QVERIFY(meta.inherits(&CChart2DFieldsData::staticMetaObject));
-    QCOMPARE(m_chart->AveragingModeNames(),
-             QStringList({QStringLiteral("Off"), QStringLiteral("Exponential"), QStringLiteral("Moving")}));
-    QCOMPARE(m_chart->AveragingCount(), 1U);
-    QCOMPARE(m_chart->AveragingMode(), Mode::Off);
-    QCOMPARE(m_chart->AveragingModeIndex(), 0);
-}
-
-void tst_CChart2DMeterData::constructedFromSettings_data()
-{
-    QTest::addColumn<int>("stored");
-    QTest::addColumn<int>("index");
-    QTest::addColumn<int>("mode");
-    QTest::newRow("off") << 0 << 0 << 0;
-    QTest::newRow("exponential") << 1 << 1 << 1;
-    QTest::newRow("moving") << 2 << 2 << 2;
-    QTest::newRow("unknown") << 3 << 0 << 0;
-    QTest::newRow("negative") << -1 << 0 << 0;
-}
-
-void tst_CChart2DMeterData::constructedFromSettings()
-{
-    QFETCH(int, stored);
-    QFETCH(int, index);
-    QFETCH(int, mode);
-    m_settings->SetAveragingMode(stored);
-    m_settings->SetAveragingCount(17);
-    makeChart();
-    QCOMPARE(m_chart->AveragingCount(), 17U);
-    QCOMPARE(m_chart->AveragingModeIndex(), index);
-    QCOMPARE(static_cast<int>(m_chart->AveragingMode()), mode);
-    QCOMPARE(m_settings->AveragingMode(), index);
-    QCOMPARE(m_settings->AveragingCount(), quint32{17});
-}
-
-void tst_CChart2DMeterData::modeIndexDrivesMode()
-{
-    QSignalSpy indexSpy(m_chart.get(), &CChart2DMeterData::AveragingModeIndexChanged);
-    QSignalSpy modeSpy(m_chart.get(), &CChart2DMeterData::AveragingModeChanged);
-    QSignalSpy settingSpy(m_settings.get(), &CSettings::AveragingModeChanged);
-    QSignalSpy resetSpy(m_chart.get(), &QAbstractItemModel::modelReset);
-    m_chart->SetAveragingModeIndex(2);
-    QCOMPARE(m_chart->AveragingMode(), Mode::Moving);
-    QCOMPARE(m_settings->AveragingMode(), 2);
-    m_chart->SetAveragingModeIndex(1);
-    QCOMPARE(m_chart->AveragingMode(), Mode::Exponential);
-    QCOMPARE(m_settings->AveragingMode(), 1);
-    QCOMPARE(indexSpy.count(), 2);
-    QCOMPARE(modeSpy.count(), 2);
-    QCOMPARE(settingSpy.count(), 2);
-    QCOMPARE(resetSpy.count(), 2);
-    m_chart->SetAveragingModeIndex(1);
-    m_chart->onAveragingModeIndexChange();
-    QCOMPARE(indexSpy.count(), 2);
-    QCOMPARE(modeSpy.count(), 2);
-    QCOMPARE(settingSpy.count(), 2);
-    for (const int outside : {3, -1, 1000}) {
-        m_chart->SetAveragingModeIndex(2);
-        modeSpy.clear();
-        m_chart->SetAveragingModeIndex(outside);
-        QCOMPARE(m_chart->AveragingModeIndex(), 0);
-        QCOMPARE(m_chart->AveragingMode(), Mode::Off);
-        QCOMPARE(m_settings->AveragingMode(), 0);
-        QCOMPARE(modeSpy.count(), 1);
-    }
-}
-
-void tst_CChart2DMeterData::countGoesToTheSettings()
-{
-    QSignalSpy resetSpy(m_chart.get(), &QAbstractItemModel::modelReset);
-    QSignalSpy settingSpy(m_settings.get(), &CSettings::AveragingCountChanged);
-    QVERIFY(m_chart->setProperty("AveragingCount", 9));
-    QCOMPARE(m_settings->AveragingCount(), quint32{9});
-    QCOMPARE(resetSpy.count(), 1);
-    m_chart->SetAveragingCount(9);
-    QCOMPARE(resetSpy.count(), 1);
-    QCOMPARE(settingSpy.count(), 1);
-}
-
-void tst_CChart2DMeterData::saveWritesTheSettings()
-{
-    m_chart->SetAveragingCount(23);
-    m_chart->SetAveragingModeIndex(2);
-    QDir().mkpath(SettingsDirectoryPath);
-    QVERIFY(QMetaObject::invokeMethod(m_chart.get(), "saveAveragingParameter"));
-    const CSettings restored(QCoreApplication::applicationDirPath());
-    QCOMPARE(restored.AveragingCount(), quint32{23});
-    QCOMPARE(restored.AveragingMode(), 2);
+    VERIFY_NO_DIFFERENCE(compareProperties(meta, {}));
+    QVERIFY(meta.inherits(&CChart2DAveragedData::staticMetaObject));
 }
 
 void tst_CChart2DMeterData::deltaX()
