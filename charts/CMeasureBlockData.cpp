@@ -178,24 +178,51 @@ void CMeasureBlockData::AddBlock(const QSharedPointer<CMeasureBlock>& block)
 
 void CMeasureBlockData::AddMappingBlock(const QSharedPointer<CMeasureBlockMapping>& block)
 {
+    beginMappingRows(1);
+    appendToOwnList(*block);
+    endMappingRows(1);
+}
+
+void CMeasureBlockData::AddMappingBlocks(const std::deque<QSharedPointer<CMeasureBlockMapping>>& blocks,
+                                         std::size_t count)
+{
+    const auto rows = static_cast<int>(std::min(count, blocks.size()));
+    if (rows == 0)
+        return;
+    beginMappingRows(rows);
+    std::for_each(blocks.begin(), blocks.begin() + rows,
+                  [this](const QSharedPointer<CMeasureBlockMapping>& block) { appendToOwnList(*block); });
+    endMappingRows(rows);
+}
+
+void CMeasureBlockData::beginMappingRows(int count)
+{
     m_useOwnList = m_recordingManager->IsPlayingBack();
     if (!m_useOwnList)
-        dropRowsOfLostBlocks();
+        dropRowsOfLostBlocks(count);
+    beginInsertRows(QModelIndex(), m_rowCount, m_rowCount + count - 1);
+}
 
-    beginInsertRows(QModelIndex(), m_rowCount, m_rowCount);
-    if (m_useOwnList) {
-        m_ownResults.append(block->Results.isEmpty() ? ResultPointer() : block->Results.last());
-        m_ownPoses.append(poseOf(*block));
-    }
-    ++m_rowCount;
+void CMeasureBlockData::appendToOwnList(const CMeasureBlockMapping& block)
+{
+    if (!m_useOwnList)
+        return;
+    m_ownResults.append(block.Results.isEmpty() ? ResultPointer() : block.Results.last());
+    m_ownPoses.append(poseOf(block));
+}
+
+void CMeasureBlockData::endMappingRows(int count)
+{
+    m_rowCount += count;
     endInsertRows();
 }
 
-void CMeasureBlockData::dropRowsOfLostBlocks()
+void CMeasureBlockData::dropRowsOfLostBlocks(int rowsToCome)
 {
     Q_ASSERT(m_mappingDataSet);
-    // The dataset holds the new block already, while its row is still to come.
-    const auto surplus = 1 - (static_cast<int>(m_mappingDataSet->MeasureBlocks()->size()) - m_rowCount);
+    // The dataset holds the new blocks already, while their rows are still to come.
+    const auto surplus =
+        rowsToCome - (static_cast<int>(m_mappingDataSet->MeasureBlocks()->size()) - m_rowCount);
     const int count = std::min(m_rowCount, surplus);
     if (count <= 0)
         return;

@@ -10,6 +10,7 @@
 #include <QVector>
 
 #include <array>
+#include <deque>
 
 class CDataSetMapping;
 class CDataSetMeasurement;
@@ -61,6 +62,8 @@ public:
     /// Adds a row for the block's last sample and drops the rows of blocks that left the dataset. For the
     /// mapping operation.
     void AddMappingBlock(const QSharedPointer<CMeasureBlockMapping>& block);
+    /// Adds the first `count` blocks as `AddMappingBlock` does one, and tells the views of all rows at once.
+    void AddMappingBlocks(const std::deque<QSharedPointer<CMeasureBlockMapping>>& blocks, std::size_t count);
     /// Makes the views read all rows again.
     void ReloadRows();
 
@@ -71,7 +74,10 @@ private:
     using Pose = std::array<double, 6>;
 
     static Pose poseOf(const CMeasureBlockMapping& block);
-    void dropRowsOfLostBlocks();
+    void beginMappingRows(int count);
+    void appendToOwnList(const CMeasureBlockMapping& block);
+    void endMappingRows(int count);
+    void dropRowsOfLostBlocks(int rowsToCome);
     ResultPointer resultAt(int row) const;
     QVariant poseValueAt(int row, int role) const;
 

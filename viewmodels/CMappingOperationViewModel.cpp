@@ -299,8 +299,8 @@ void CMappingOperationViewModel::rebuildViews(Extent extent)
         if (m_rebuildingVectors)
             appendVector(*blocks[i]);
         convertUncertainty(*blocks[i]);
-        m_datasetViewModel.TableData()->AddMappingBlock(blocks[i]);
     }
+    m_datasetViewModel.TableData()->AddMappingBlocks(blocks, count);
     setAxes(MappingAxes::ofBlocks(blocks));
     if (!m_rebuildingVectors)
         emit setVisibleUntilChart();

@@ -98,6 +98,8 @@ private slots:
     void mappingRowsDroppedAtOnceForManyLostBlocks();
     void mappingReplayKeepsCopies();
     void mappingBlockWithoutSamples();
+    void manyMappingBlocksAtOnce_data();
+    void manyMappingBlocksAtOnce();
 
 private:
     CSettings m_settings{QCoreApplication::applicationDirPath()};
@@ -421,6 +423,46 @@ void tst_CMeasureBlockData::mappingBlockWithoutSamples()
     manager.SetIsPlayingBack(true);
     model.AddMappingBlock(manager.DataSet()->MeasureBlocks()->back());
     QCOMPARE(columnB(model), (QVector<float>{-1}));
+}
+
+void tst_CMeasureBlockData::manyMappingBlocksAtOnce_data()
+{
+    QTest::addColumn<bool>("isPlayingBack");
+    QTest::addRow("rows of the dataset") << false;
+    QTest::addRow("rows of their own") << true;
+}
+
+/// The rows are those of one block after the other, but announced together.
+void tst_CMeasureBlockData::manyMappingBlocksAtOnce()
+{
+    QFETCH(bool, isPlayingBack);
+    CRecordingManagerMapping manager(m_settings);
+    manager.SetIsPlayingBack(isPlayingBack);
+    auto& blocks = *manager.DataSet()->MeasureBlocks();
+    for (int i = 0; i < 6; ++i)
+        blocks.push_back(i == 2 ? makeMappingBlock({}, i) : makeMappingBlock({1.0F, float(i)}, i));
+    CMeasureBlockData model(manager.DataSet(), &manager);
+    CMeasureBlockData singly(manager.DataSet(), &manager);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const auto compare = [&] {
+        QCOMPARE(model.rowCount(), singly.rowCount());
+        QCOMPARE(columnB(model), columnB(singly));
+        QCOMPARE(columnOf(model, 265), columnOf(singly, 265));
+    };
+    const Announcements announcements(model);
+    model.AddMappingBlocks(blocks, 0);
+    model.AddMappingBlocks(blocks, 4);
+    for (int i = 0; i < 4; ++i)
+        singly.AddMappingBlock(blocks.at(static_cast<std::size_t>(i)));
+    QCOMPARE(announcements.list, QStringList{QStringLiteral("insert 0..3")});
+    QCOMPARE(columnB(model), (QVector<float>{0, 1, -1, 3}));
+    compare();
+    // Beyond the last block, and with more rows than the dataset has blocks.
+    model.AddMappingBlocks(blocks, 100);
+    for (const auto& block : blocks)
+        singly.AddMappingBlock(block);
+    compare();
+    QCOMPARE(model.rowCount(), isPlayingBack ? 10 : 6);
 }
 
 QTEST_GUILESS_MAIN(tst_CMeasureBlockData)
