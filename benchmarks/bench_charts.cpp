@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Times the time plot's model at the length of a full history, and the spectrum's model at the length of a
-// long block, each beside a plain loop that reads the same values once. Times the mapping's model along a
-// run, beside building its blocks anew.
+// long block, each beside a plain loop that reads the same values once.
 #include "BlockSource.h"
-#include "CChart2DMappingData.h"
 #include "CChart2DMeterData.h"
 #include "CChart2DSpectrumData.h"
 #include "CInstrumentSupervisor.h"
-#include "COperationMapping.h"
 #include "COperationMeasure.h"
 #include "CPluginsManager.h"
 #include "CSettings.h"
@@ -20,10 +17,6 @@
 #include <cstdio>
 #include <functional>
 #include <vector>
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 namespace {
 
@@ -135,83 +128,6 @@ double benchSpectrum(COperationMeasure& operation, BlockSource& source)
     return sink;
 }
 
-/// Touches memory for all that follows and gives it back to the heap. Else a long run would be charged with
-/// the first touch of its pages, and a short one would find those that earlier runs left.
-void warmHeap()
-{
-#ifdef __GLIBC__
-    constexpr int kLimit = 1 << 30;
-    constexpr std::size_t kBytes = std::size_t{900} << 20U;
-    mallopt(M_MMAP_THRESHOLD, kLimit);
-    mallopt(M_TRIM_THRESHOLD, kLimit);
-    std::vector<char> memory(kBytes, 1);
-    std::printf("heap of %zu MB touched beforehand\n", memory.size() >> 20U);
-#endif
-}
-
-/// Runs a mapping of blocks of 100 results. Over a place the scan goes back and forth, so that blocks enter
-/// everywhere in the order of the plot.
-void benchMapping(CSettings& settings, COperationMapping& operation,
-                  CSettings::t_Mapping2DPlotHorizontalAxisType axis, int averagingMode, quint64 limit)
-{
-    constexpr int kPlacesPerLine = 97;
-    constexpr int kShort = 100;
-    constexpr int kLong = 10000;
-    constexpr int kTimed = 200;
-    settings.SetMapping2DPlotHorizontalAxisType(axis);
-    settings.SetMappingMaxMeasurementCount(limit);
-    settings.SetAveragingCount(50);
-    settings.SetAveragingMode(averagingMode);
-    CChart2DMappingData chart(&operation, &settings);
-    BlockSource source;
-    int count = 0;
-    const auto nextBlock = [&] {
-        const auto measured = source.next();
-        auto block = QSharedPointer<CMeasureBlockMapping>::create();
-        block->Results = measured->Results;
-        block->Orientation.SetRoll(count);
-        const int place = count % kPlacesPerLine;
-        block->Position.SetX(count / kPlacesPerLine % 2 == 0 ? place : kPlacesPerLine - place);
-        ++count;
-        return block;
-    };
-    // Only what the chart does is timed, not the making of blocks.
-    const auto timed = [&](bool draws) {
-        std::vector<double> times;
-        for (int i = 0; i < kTimed; ++i) {
-            const auto block = nextBlock();
-            QElapsedTimer timer;
-            timer.start();
-            chart.AddMeasureBlock(block);
-            if (draws)
-                chart.UpdatePlot();
-            times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1000.0);
-        }
-        std::sort(times.begin(), times.end());
-        return times[times.size() / 2];
-    };
-    double adding[2];
-    double drawing[2];
-    double anew[2];
-    const int lengths[] = {kShort, kLong};
-    for (int i = 0; i < 2; ++i) {
-        while (chart.MeasureResultCount() < static_cast<qulonglong>(lengths[i]) * BlockSource::kBlockSize)
-            chart.AddMeasureBlock(nextBlock());
-        adding[i] = timed(false);
-        drawing[i] = timed(true);
-        anew[i] = medianUs(5, [&] { chart.UpdateFilter(); });
-    }
-    const char* const names[] = {"time", "place"};
-    std::printf("over %-5s, mode %d, limit %llu\n", names[axis == CSettings::e_HorizAxisIsTime ? 0 : 1],
-                averagingMode, static_cast<unsigned long long>(limit));
-    const auto report = [](const char* what, const double(&times)[2]) {
-        std::printf("  %-44s %10.1f %10.1f us, ratio %.2f\n", what, times[0], times[1], times[1] / times[0]);
-    };
-    report("a block at 100 and 10,000 (limit 1.5)", adding);
-    report("with the drawing of the next tick (limit 1.5)", drawing);
-    report("building all anew, once a block", anew);
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -287,13 +203,5 @@ int main(int argc, char** argv)
         print("add a live block of 100, history full", medianOfAdds(200));
     }
     const double spectrumSink = benchSpectrum(operation, source);
-    std::printf("\nmapping, blocks of %d results\n", BlockSource::kBlockSize);
-    warmHeap();
-    COperationMapping mapping(&settings, &pluginsManager, &supervisor);
-    for (const auto axis : {CSettings::e_HorizAxisIsTime, CSettings::e_HorizAxisIsXPosition}) {
-        benchMapping(settings, mapping, axis, CChart2DMappingData::Off, 10000000);
-        benchMapping(settings, mapping, axis, CChart2DMappingData::Moving, 10000000);
-        benchMapping(settings, mapping, axis, CChart2DMappingData::Off, 1000000);
-    }
     return sink > 0.0F && spectrumSink > 0.0 ? 0 : 1;
 }

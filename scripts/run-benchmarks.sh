@@ -14,11 +14,11 @@ export HOME=$home XDG_RUNTIME_DIR=$home/runtime LC_ALL=C.UTF-8 LIBGL_ALWAYS_SOFT
 unset XDG_DATA_HOME XDG_CONFIG_HOME XDG_CACHE_HOME
 bin=$PWD/build/bench/bin
 
-for name in analysis records charts livepath memory; do
+for name in analysis records charts mapping livepath memory; do
     printf '\n== %s\n' "$name"
     "$bin/bench_$name"
 done
-for name in scene lag meter_page startup; do
+for name in scene vectors lag meter_page startup; do
     printf '\n== %s\n' "$name"
     scripts/with-display.sh "$bin/bench_$name" 2>"$home/$name.log" || { tail -20 "$home/$name.log" >&2; exit 1; }
 done
