@@ -178,11 +178,11 @@ void CChart2DMappingData::UpdateDownsampling()
     int row = 0;
     FieldSeries::Values drawn{};
     const double origin = History().Origin();
+    CMappingOrder::Walk walk(m_blocks.Plotted());
     // Which rows are drawn is defined by running sums in single precision.
     // NOLINTNEXTLINE(clang-analyzer-security.FloatLoopCounter)
     for (float u = blockStart; u < blockEnd; u += blockStep) {
-        const CMappingOrder::Item& item =
-            m_blocks.Plotted().At(nearestIndex(u, static_cast<std::size_t>(blocks)));
+        const CMappingOrder::Item& item = walk.At(nearestIndex(u, static_cast<std::size_t>(blocks)));
         // NOLINTNEXTLINE(clang-analyzer-security.FloatLoopCounter)
         for (float v = resultStart; v < resultEnd; v += resultStep) {
             const std::size_t k = nearestIndex(v, item.resultCount);

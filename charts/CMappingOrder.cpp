@@ -23,6 +23,14 @@ CMappingOrder::Item itemOf(const MappingEntry& entry)
 
 } // namespace
 
+const CMappingOrder::Item& CMappingOrder::Walk::At(std::size_t index)
+{
+    const Pieces& pieces = m_order.m_pieces;
+    while (index - pieces[m_piece].begin >= pieces[m_piece].items.size())
+        ++m_piece;
+    return pieces[m_piece].items[index - pieces[m_piece].begin];
+}
+
 std::size_t CMappingOrder::Count() const
 {
     return m_pieces.empty() ? 0 : m_pieces.back().begin + m_pieces.back().items.size();

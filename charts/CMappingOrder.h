@@ -24,6 +24,19 @@ public:
         FieldSeries::Values lastValues; ///< of its last result
     };
 
+    /// Finds items in ascending order without a search. Nothing may come or go meanwhile.
+    class Walk
+    {
+    public:
+        explicit Walk(const CMappingOrder& order) : m_order(order) {}
+        /// Item number `index`, which is not before the one asked for last. There must be one.
+        const Item& At(std::size_t index);
+
+    private:
+        const CMappingOrder& m_order;
+        std::size_t m_piece = 0;
+    };
+
     bool IsEmpty() const { return m_pieces.empty(); }
     std::size_t Count() const;
     /// Item number `index` in the order. There must be one.

@@ -3,6 +3,7 @@
 
 #include "CDataSetMapping.h"
 #include "CDataSetMeasurement.h"
+#include "NumberText.h"
 #include "RecordFormat.h"
 
 #include <QFileDevice>
@@ -113,6 +114,13 @@ template <class Dataset> bool write(const Dataset& dataset, const Kind& kind, QI
     return !file || (file->flush() && file->error() == QFileDevice::NoError);
 }
 
+double toCoordinate(QStringView text)
+{
+    const QChar* position = text.begin();
+    double value = 0;
+    return readPlainDecimal(position, text.end(), value) && position == text.end() ? value : text.toDouble();
+}
+
 class MeasurementRecordReader : public RecordReader
 {
 public:
@@ -178,11 +186,15 @@ private:
     bool readThreeParts(std::array<double, 3>& parts)
     {
         const QString text = xml().readElementText();
-        if (text.count(kSeparator) != 2)
-            return false;
-        const QVector<QStringRef> texts = text.splitRef(kSeparator);
-        for (size_t i = 0; i < parts.size(); ++i)
-            parts[i] = texts[static_cast<int>(i)].toDouble();
+        QStringView rest(text);
+        for (size_t i = 0; i < parts.size(); ++i) {
+            const auto end = rest.indexOf(kSeparator);
+            const bool isLast = i + 1 == parts.size();
+            if ((end < 0) != isLast)
+                return false;
+            parts[i] = toCoordinate(isLast ? rest : rest.left(end));
+            rest = rest.mid(end + 1);
+        }
         return true;
     }
 

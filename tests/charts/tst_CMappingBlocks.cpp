@@ -182,6 +182,11 @@ void tst_CMappingBlocks::equalsALongListInOrder()
         QCOMPARE(blocks.Plotted().IsEmpty(), expected.isEmpty());
         if (expected.isEmpty())
             return;
+        CMappingOrder::Walk walk(blocks.Plotted());
+        for (int i = 0; i < expected.size(); i += 1 + i % 5 * 60) {
+            QCOMPARE(walk.At(std::size_t(i)).entry->block.data(), expected.at(i));
+            QCOMPARE(walk.At(std::size_t(i)).entry->block.data(), expected.at(i));
+        }
         QCOMPARE(blocks.Plotted().First().entry->block.data(), expected.first());
         QCOMPARE(blocks.Plotted().Last().entry->block.data(), expected.last());
     };
