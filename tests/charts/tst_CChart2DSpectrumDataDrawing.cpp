@@ -194,7 +194,7 @@ void tst_CChart2DSpectrumDataDrawing::invertedWindow()
     m_chart->refreshAxisX(60, 40);
     QCOMPARE(m_chart->DownsampledSignalLength(), -19);
     QCOMPARE(m_chart->MinSpectrum(), static_cast<double>(FLT_MAX));
-    QCOMPARE(m_chart->MaxSpectrum(), static_cast<double>(FLT_MIN));
+    QVERIFY(m_chart->MaxSpectrum() == static_cast<double>(FLT_MIN));
     QVERIFY(!m_chart->data(m_chart->index(0, 0)).isValid());
 }
 

@@ -294,6 +294,8 @@ void tst_CAcAnalysisOperationViewModel::figureOfMeritInAReplay()
     f.manager().SetReplayIndex(1);
     QCOMPARE(points(*page), Numbers());
     page->SetSelectedFigureOfMeritIndex(1);
+    // The window ends with the second block, as when the page opens.
+    QCOMPARE(chartOf(*page).Xmax(), rounded(std::ceil(2.0 * (1.0 + 0.1)) / 2));
     QCOMPARE(rows(*page), Numbers{rounded(4 * std::sqrt(2.0))});
     QCOMPARE(points(*page).size(), 3);
     f.manager().SetIsPlayingBack(false);
