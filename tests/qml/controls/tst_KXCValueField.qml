@@ -453,6 +453,20 @@ Item {
             compare(input.text, "12.500");
         }
 
+        function test_narrowFieldShowsTheNumber() {
+            make({value: 25, precision: 2, unit: Unit.DEGREE, label: "Roll", width: 55});
+            verify(!input.hasRoomForUnit);
+            // The first digit is in sight, where the text ends behind the field.
+            field.value = -140;
+            compare(input.text, "-140.00");
+            verify(input.positionToRectangle(0).x >= 0);
+            verify(input.contentWidth <= input.width - 2 * input.leftPadding + 2);
+            field.width = 120;
+            verify(input.hasRoomForUnit);
+            compare(input.font.pointSize, 10);
+            verify(input.rightPadding > 12);
+        }
+
         function test_labelNamesTheField() {
             make({value: 1, label: "Display Rate", unit: Unit.HZ});
             compare(input.Accessible.name, "Display Rate");
