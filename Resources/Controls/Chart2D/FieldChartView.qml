@@ -62,6 +62,8 @@ ChartView {
             series.color = seriesColor(i);
             if (!isLine) {
                 series.markerSize = i < 5 ? 5 : 3;
+                // Drawn through OpenGL a marker is a plain dot. Without it, a circle of this size costs a path each.
+                series.markerShape = ScatterSeries.MarkerShapeRectangle;
                 series.borderWidth = 0;
                 series.borderColor = "transparent";
             }
