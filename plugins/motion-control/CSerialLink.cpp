@@ -11,10 +11,7 @@ constexpr int kSerialWriteMs = 1000;
 
 CSerialLink::CSerialLink() = default;
 
-CSerialLink::~CSerialLink()
-{
-    Close();
-}
+CSerialLink::~CSerialLink() = default;
 
 bool CSerialLink::Open(const QString& port, int baudRate, QString& error)
 {

@@ -4,6 +4,7 @@
 #include "CScanPath.h"
 
 #include <QLoggingCategory>
+#include <QThread>
 
 #include <chrono>
 #include <utility>
@@ -36,9 +37,10 @@ void CStageDriver::Start(const StageSettings& settings)
         m_wantedPlace.reset();
         m_isScanWanted = false;
     }
-    if (!m_thread.joinable()) {
+    if (!m_thread) {
         m_isToEnd = false;
-        m_thread = std::thread([this] { run(); });
+        m_thread.reset(QThread::create([this] { run(); }));
+        m_thread->start();
     }
     m_changed.notify_all();
 }
@@ -69,7 +71,7 @@ void CStageDriver::Stop()
     m_isScanWanted = false;
     m_isStopWanted = m_isAtWork;
     m_changed.notify_all();
-    if (std::this_thread::get_id() == m_thread.get_id())
+    if (QThread::currentThread() == m_thread.get())
         return;
     m_changed.wait_for(lock, kStopWait, [this] { return !m_isStopWanted; });
     // However long whoever hears of it takes: nobody hears of anything after a stop.
@@ -78,7 +80,7 @@ void CStageDriver::Stop()
 
 void CStageDriver::Close()
 {
-    if (!m_thread.joinable())
+    if (!m_thread)
         return;
     Stop();
     {
@@ -86,7 +88,8 @@ void CStageDriver::Close()
         m_isToEnd = true;
     }
     m_changed.notify_all();
-    m_thread.join();
+    m_thread->wait();
+    m_thread.reset();
 }
 
 StagePlace CStageDriver::Place() const

@@ -11,9 +11,9 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <thread>
 
 class CScanPath;
+class QThread;
 
 /// Keeps a machine at work in a thread of its own. All calls return at once or within a moment. The port
 /// stays open from session to session, since opening it restarts many boards, until Close().
@@ -73,7 +73,7 @@ private:
     Callbacks m_callbacks;
     MachineTimes m_times;
     QElapsedTimer m_clock;
-    std::thread m_thread;
+    std::unique_ptr<QThread> m_thread; ///< one of Qt's: the port wants it
 
     // Of the thread.
     std::unique_ptr<CLineLink> m_link;

@@ -11,8 +11,7 @@
 
 namespace {
 
-constexpr const char* kAxisKeys[] = {"X", "Y", "Z"};
-constexpr const char* kAngleKeys[] = {"Machine/Roll", "Machine/Pitch", "Machine/Yaw"};
+constexpr char kStageAxisKeys[] = "XYZ";
 constexpr int kMaxScanLines = 10000;
 constexpr double kMinScanSpacing = 0.01;
 constexpr double kMinScanFeed = 1;
@@ -20,14 +19,14 @@ constexpr double kMinScanFeed = 1;
 void readStagePlace(const CIniReader& reader, const char* key, StagePlace& place)
 {
     for (size_t axis = 0; axis < place.size(); ++axis)
-        reader.Read((QByteArray(key) + kAxisKeys[axis]).constData(), place[axis]);
+        reader.Read((QByteArray(key) + kStageAxisKeys[axis]).constData(), place[axis]);
 }
 
 void writeStagePlace(QSettings& file, const char* key, const StagePlace& place)
 {
     for (size_t axis = 0; axis < place.size(); ++axis) {
         if (std::isfinite(place[axis]))
-            file.setValue(QLatin1String(QByteArray(key) + kAxisKeys[axis]),
+            file.setValue(QLatin1String(QByteArray(key) + kStageAxisKeys[axis]),
                           QString::number(place[axis], 'g', 12));
     }
 }
@@ -52,8 +51,9 @@ StageSettings StageSettings::Load(const QString& fileName)
     readStagePlace(reader, "Machine/Offset", settings.offset);
     readStagePlace(reader, "Machine/Min", settings.min);
     readStagePlace(reader, "Machine/Max", settings.max);
-    for (size_t i = 0; i < settings.angles.size(); ++i)
-        reader.Read(kAngleKeys[i], settings.angles[i]);
+    reader.Read("Machine/Roll", settings.angles[0]);
+    reader.Read("Machine/Pitch", settings.angles[1]);
+    reader.Read("Machine/Yaw", settings.angles[2]);
 
     readStagePlace(reader, "Scan/From", settings.scanFrom);
     readStagePlace(reader, "Scan/To", settings.scanTo);
@@ -89,8 +89,9 @@ bool StageSettings::Save(const QString& fileName) const
     writeStagePlace(file, "Machine/Offset", offset);
     writeStagePlace(file, "Machine/Min", min);
     writeStagePlace(file, "Machine/Max", max);
-    for (size_t i = 0; i < angles.size(); ++i)
-        write(kAngleKeys[i], number(angles[i]));
+    write("Machine/Roll", number(angles[0]));
+    write("Machine/Pitch", number(angles[1]));
+    write("Machine/Yaw", number(angles[2]));
     writeStagePlace(file, "Scan/From", scanFrom);
     writeStagePlace(file, "Scan/To", scanTo);
     write("Scan/Lines", QString::number(scanLines));

@@ -58,7 +58,7 @@ private slots:
         QVERIFY(driver().Click(QStringLiteral("resumeButton")));
         QTRY_VERIFY_WITH_TIMEOUT(scenario().Flag("IsIdleWithData"), 20000);
         QCOMPARE(shown("blockLine"), QString::number(places));
-        QCOMPARE(shown("positionXDisplayer"), QStringLiteral("20.000"));
+        QCOMPARE(shown("positionXDisplayer"), QStringLiteral("20.00"));
         QCOMPARE(shown("positionYDisplayer"), QStringLiteral("1.000"));
         QCOMPARE(shown("orientationYawDisplayer"), QStringLiteral("90.00"));
         QCOMPARE(machine.CountOf("G1 "), places);
