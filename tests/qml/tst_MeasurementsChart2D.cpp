@@ -3,12 +3,14 @@
 #include "MeasurementsChartTest.h"
 
 #include <QApplication>
+#include <QScatterSeries>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <cmath>
 #include <limits>
 
+using QtCharts::QScatterSeries;
 using QtCharts::QValueAxis;
 using QtCharts::QXYSeries;
 
@@ -112,6 +114,8 @@ void tst_MeasurementsChart2D::scatterOnAPositionAxis()
     for (int i = 0; i < 7; ++i) {
         QCOMPARE(series(i)->type(), QXYSeries::SeriesTypeScatter);
         QCOMPARE(series(i)->property("markerSize").toDouble(), i < 5 ? 5.0 : 3.0);
+        QCOMPARE(qobject_cast<QScatterSeries*>(series(i))->markerShape(),
+                 QScatterSeries::MarkerShapeRectangle);
     }
     QCOMPARE(item("horizontalAxisLabel")->property("text").toString(), QStringLiteral("Y"));
 }
