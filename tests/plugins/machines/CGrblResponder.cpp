@@ -66,6 +66,10 @@ void CGrblResponder::OnTick()
         send("ALARM:1");
         send("[MSG:Reset to continue]");
     }
+    if (m_isToBegin && Clock::now() > m_beginsAt) {
+        m_isToBegin = false;
+        m_motion.Resume();
+    }
     if (m_isHoming && !IsHomingSilent && Clock::now() > m_homedAt) {
         m_isHoming = false;
         IsLocked = false;
@@ -139,6 +143,11 @@ void CGrblResponder::move(const QByteArray& line)
     for (size_t axis = 0; axis < goal.size(); ++axis)
         goal[axis] = word(line, "XYZ"[axis], goal[axis] - WorkOffset[axis]) + WorkOffset[axis];
     m_feed = word(line, 'F', m_feed);
+    if (IsBarrierInstant) {
+        m_isToBegin = true;
+        m_beginsAt = Clock::now() + std::chrono::milliseconds(100);
+        m_motion.Hold();
+    }
     m_motion.Add(goal, (line.startsWith("G0") ? Settings[110] : m_feed) / 60);
 }
 
@@ -176,6 +185,8 @@ QByteArray CGrblResponder::state() const
         return "Alarm";
     if (m_isHoming)
         return "Home";
+    if (m_isToBegin)
+        return "Idle";
     if (m_motion.IsHeld())
         return m_motion.IsMoving() ? "Hold:1" : "Hold:0";
     return m_motion.IsMoving() ? "Run" : "Idle";

@@ -17,13 +17,14 @@ public:
     // Before Run().
     QMap<int, double> Settings;
     CMotionModel::Place WorkOffset{};
-    bool IsLocked = false;         ///< by an alarm, until `$X` or `$H`
-    bool IsReportingWork = false;  ///< WPos instead of MPos
-    bool IsHomingSilent = false;   ///< `$H` is answered by nothing, and nothing else is meanwhile
-    bool IsBarrierInstant = false; ///< `G4` is acknowledged before the moves are done
-    int ErrorOfMoves = 0;          ///< answers moves with it
-    double AlarmBeyondX = 1e9;     ///< a limit switch
-    QByteArray Noise;              ///< before the banner
+    bool IsLocked = false;        ///< by an alarm, until `$X` or `$H`
+    bool IsReportingWork = false; ///< WPos instead of MPos
+    bool IsHomingSilent = false;  ///< `$H` is answered by nothing, and nothing else is meanwhile
+    /// `G4` is acknowledged before the moves are done, which begin late: it says Idle where it was.
+    bool IsBarrierInstant = false;
+    int ErrorOfMoves = 0;      ///< answers moves with it
+    double AlarmBeyondX = 1e9; ///< a limit switch
+    QByteArray Noise;          ///< before the banner
     // Of lines that begin so, the next ones are lost, or are done without an answer.
     QByteArray LostBeginning;
     int NumLinesToLose = 0;
@@ -55,6 +56,8 @@ private:
     std::deque<QByteArray> m_waiting;
     QByteArray m_barrier; ///< a dwell that waits for the moves before it
     Clock::time_point m_homedAt;
+    Clock::time_point m_beginsAt;
+    bool m_isToBegin = false;
     bool m_isHoming = false;
     bool m_isHalted = false; ///< by a limit switch: deaf to all but a reset
     double m_feed = 0;
