@@ -1,18 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SpectralAnalysis.h"
 
-#include "ChirpTransform.h"
 #include "ComputeError.h"
 #include "SignalStatistics.h"
 
-// Compiles slowly: nothing includes it that is included itself.
+// Compiles slowly: nothing else includes it.
 #include <unsupported/Eigen/FFT>
 
 #include <algorithm>
 #include <cmath>
 #include <complex>
 #include <limits>
-#include <memory>
 
 namespace {
 
@@ -67,46 +65,6 @@ void copyBins(const std::vector<std::complex<float>>& from, std::vector<std::com
         to[bin] = from[bin];
 }
 
-/// The transform of one call, with the plans that it makes.
-class Transform
-{
-public:
-    explicit Transform(std::size_t size)
-    {
-        if (ChirpTransform::isFasterFor(size))
-            m_chirp = std::make_unique<ChirpTransform>(size);
-    }
-
-    /// Bins up to half the length only.
-    void forwardHalf(std::vector<std::complex<float>>& bins, const std::vector<float>& signal)
-    {
-        m_fft.SetFlag(Eigen::FFT<float>::HalfSpectrum);
-        forward(bins, signal);
-        m_fft.ClearFlag(Eigen::FFT<float>::HalfSpectrum);
-        bins.resize(signal.size() / 2 + 1);
-    }
-
-    void forward(std::vector<std::complex<float>>& bins, const std::vector<float>& signal)
-    {
-        if (m_chirp)
-            m_chirp->forward(bins, signal);
-        else
-            m_fft.fwd(bins, signal);
-    }
-
-    void inverse(std::vector<float>& signal, const std::vector<std::complex<float>>& bins)
-    {
-        if (m_chirp)
-            m_chirp->inverse(signal, bins);
-        else
-            m_fft.inv(signal, bins);
-    }
-
-private:
-    Eigen::FFT<float> m_fft;
-    std::unique_ptr<ChirpTransform> m_chirp;
-};
-
 void checkBands(const std::vector<float>& signal, const std::vector<float>& frequencies)
 {
     if (signal.size() < 2)
@@ -138,9 +96,10 @@ bool ComputeSpectrum(const std::vector<float>& signal, std::vector<float>& spect
         windowed[n] = signal[n] * (sine * sine);
     }
 
-    Transform transform(size);
+    Eigen::FFT<float> fft;
+    fft.SetFlag(Eigen::FFT<float>::HalfSpectrum);
     std::vector<std::complex<float>> bins;
-    transform.forwardHalf(bins, windowed);
+    fft.fwd(bins, windowed);
 
     const float scale = 2.0F / static_cast<float>(size);
     spectrum.reserve(bins.size());
@@ -159,9 +118,9 @@ bool ComputeACFigureOfMeritPerBand(const std::vector<float>& signal, std::vector
     checkBands(signal, frequencies);
     const Statistic statistic = statisticOf(figureOfMeritIndex);
 
-    Transform transform(signal.size());
+    Eigen::FFT<float> fft;
     std::vector<std::complex<float>> whole;
-    transform.forward(whole, signal);
+    fft.fwd(whole, signal);
     std::vector<std::complex<float>> band;
     std::vector<float> rebuilt;
 
@@ -192,7 +151,7 @@ bool ComputeACFigureOfMeritPerBand(const std::vector<float>& signal, std::vector
         // The inverse transform takes bins up to N/2 and mirrors them itself: of the upper bins only the one
         // at N/2 matters, which no range of lower bins has.
         copyBins(whole, band, bins.high, bins.highEnd);
-        transform.inverse(rebuilt, band);
+        fft.inv(rebuilt, band);
         float figure = 0.0F;
         if (statistic != nullptr && !statistic(rebuilt, figure))
             throw ComputeError("Could not compute figure of merit", kBandsPlace);
