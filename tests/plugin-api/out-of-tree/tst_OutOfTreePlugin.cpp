@@ -60,7 +60,8 @@ void TestOutOfTreePlugin::pluginLoadsAndMeasures()
 
     QVERIFY(instrument.Connect());
     QVERIFY(instrument.IsConnected());
-    QCOMPARE(instrument.UnitList(), (QList<CUnits::UnitType>{CUnits::MICRO_TESLA, CUnits::NANO_TESLA, CUnits::GAUSS}));
+    QCOMPARE(instrument.UnitList(),
+             (QList<CUnits::UnitType>{CUnits::MICRO_TESLA, CUnits::NANO_TESLA, CUnits::GAUSS}));
 
     CMeasurementParameters parameters;
     parameters.SetTriggerMode(CTrigger::CONTINUOUS);
