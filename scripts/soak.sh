@@ -2,7 +2,7 @@
 # Lets the program run for so many minutes on each page, on bursts of a simulated instrument, with a record and a user
 # who acts at random, and prints what it holds meanwhile. Fails if memory or handles grow.
 #   scripts/soak.sh MINUTES [PAGE...]      PAGE is meter, spectrum, acAnalysis or mapping
-# Ten minutes have as many blocks as more than two hours at the usual rate.
+# Ten minutes on the meter page have as many blocks as three quarters of an hour at the usual rate.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
