@@ -388,6 +388,10 @@ void tst_CMeasureBlockData::mappingRowsDroppedAtOnceForManyLostBlocks()
     blocks.clear();
     model.AddMappingBlock(makeMappingBlock({9}, 9));
     QCOMPARE(model.rowCount(), 1);
+    // The row of a block that the dataset has not got any more has nothing to tell.
+    const QHash<int, QByteArray> roles = model.roleNames();
+    for (auto role = roles.begin(); role != roles.end(); ++role)
+        QVERIFY2(!model.data(model.index(0, 0), role.key()).isValid(), role->constData());
 }
 
 void tst_CMeasureBlockData::mappingReplayKeepsCopies()

@@ -81,6 +81,25 @@ private slots:
         click("enableMeterBox");
         QTRY_VERIFY(driver().IsVisible(QStringLiteral("meterMenuButton")));
 
+        // In the menu of the small window as well.
+        const QSize wide = driver().Window()->size();
+        for (const char* mode : {"Meter", "Spectrum", "AcAnalysis", "Mapping"}) {
+            const QString wideButton =
+                QString::fromLatin1(mode).replace(0, 1, QChar::fromLatin1(*mode).toLower()) +
+                QStringLiteral("MenuButton");
+            const QString smallButton = QStringLiteral("small%1MenuButton").arg(QLatin1String(mode));
+            const QByteArray property = QByteArray("Enable") + mode + "Mode";
+            QVERIFY(settings->setProperty(property, false));
+            QTRY_VERIFY2(!driver().IsVisible(wideButton), mode);
+            driver().Window()->resize(954, 698);
+            QTRY_VERIFY(driver().IsVisible(QStringLiteral("smallMenuToggle")));
+            QVERIFY2(!driver().IsVisible(smallButton), mode);
+            QVERIFY(settings->setProperty(property, true));
+            QTRY_VERIFY2(driver().IsVisible(smallButton), mode);
+            driver().Window()->resize(wide);
+            QTRY_VERIFY2(driver().IsVisible(wideButton), mode);
+        }
+
         settings->SetMapping3DZoomLevel(45);
         QTRY_COMPARE(fieldText("mappingZoomField"), QStringLiteral("45.000"));
         type("meterZoomField", "70");

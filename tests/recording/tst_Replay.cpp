@@ -4,6 +4,7 @@
 #include "CSettings.h"
 #include "RecordTestSupport.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -282,6 +283,28 @@ private slots:
         QCOMPARE(delivered.count(), 2);
         QVERIFY(!manager.IsProcessingBlock());
         QCOMPARE(manager.ReplayIndex(), 2);
+    }
+
+    void mappingEndWaitsWithoutABlockInWork()
+    {
+        MappingManager manager(m_settings);
+        fill<MappingManager, CMeasureBlockMapping>(manager, 3, 10);
+        QSignalSpy delivered(&manager, &CRecordingManagerMapping::ReplayMeasureBlock);
+        QElapsedTimer clock;
+        connect(&manager, &CRecordingManagerMapping::ReplayMeasureBlock, this, [&] {
+            manager.SetIsProcessingBlock(false);
+            clock.start();
+        });
+        // The last block alone: with this warp its own length would be hours.
+        manager.SetTimeWarp(1e-9);
+        manager.SetStartReplayIndex(2);
+        manager.StartReplay();
+        QTRY_COMPARE(delivered.count(), 1);
+        QVERIFY(!manager.IsProcessingBlock());
+        QVERIFY(!manager.ReplayTimer().isActive());
+        QTRY_VERIFY(!manager.IsPlayingBack());
+        QVERIFY(clock.elapsed() >= 95);
+        QCOMPARE(delivered.count(), 1);
     }
 
     void unfinishedBlockHoldsTheNextOne()
