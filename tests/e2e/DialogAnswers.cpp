@@ -48,7 +48,7 @@ void DialogAnswers::AnswerFileDialogAlways(const QString& title, const QString& 
 void DialogAnswers::answer()
 {
     QWidget* modal = QApplication::activeModalWidget();
-    if (!modal)
+    if (!modal || !m_readiness.IsReady(modal))
         return;
     if (auto* box = qobject_cast<QMessageBox*>(modal))
         answerMessage(*box);

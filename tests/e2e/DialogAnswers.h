@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "DialogReadiness.h"
+
 #include <QHash>
 #include <QMessageBox>
 #include <QObject>
@@ -50,6 +52,7 @@ private:
     void answerFileDialog(QWidget& modal);
 
     QTimer m_timer;
+    DialogReadiness m_readiness;
     QQueue<Expected> m_expected;
     QHash<QString, std::function<QMessageBox::StandardButton()>> m_standingAnswers;
     QHash<QString, QString> m_standingPaths;

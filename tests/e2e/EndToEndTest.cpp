@@ -2,6 +2,7 @@
 #include "EndToEndTest.h"
 
 #include "InitResources.h"
+#include "PatientWait.h"
 #include "ProcessSetup.h"
 #include "SettingsDirectoryPath.h"
 
@@ -69,7 +70,7 @@ QString EndToEndTest::saveRecord(const QString& name)
     answers().ExpectFileDialog(QStringLiteral("Save File"), path);
     if (!driver().Click(QStringLiteral("saveButton")))
         return {};
-    return QTest::qWaitFor([&] { return answers().IsDone(); }) ? path : QString();
+    return QTest::qWaitFor([&] { return answers().IsDone(); }, kPatienceMs) ? path : QString();
 }
 
 void EndToEndTest::endAndLoad(const QString& path, int recorded)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "KeyboardWalk.h"
 
+#include "ActiveWindow.h"
 #include "WindowDriver.h"
 
 #include <QQuickItem>
@@ -92,6 +93,8 @@ QVector<QQuickItem*> KeyboardWalk::walk(int key, QStringList& problems) const
     const Qt::KeyboardModifiers modifiers = key == Qt::Key_Tab ? Qt::NoModifier : Qt::ShiftModifier;
     QVector<QQuickItem*> way;
     while (way.size() < kMostItems) {
+        if (!makeActive(m_window))
+            problems << QStringLiteral("the window is not active");
         QTest::keyClick(m_window, static_cast<Qt::Key>(key), modifiers);
         QQuickItem* item = m_window->activeFocusItem();
         if (!item) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PlotDriver.h"
 
+#include "PatientWait.h"
+
 #include <QCoreApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -66,7 +68,7 @@ QVector<bool> PlotDriver::Visibility() const
     return visible;
 }
 
-bool PlotDriver::WaitForPoints(int count, int timeoutMs) const
+bool PlotDriver::WaitForPoints(int count) const
 {
     return QTest::qWaitFor(
         [&] {
@@ -76,7 +78,7 @@ bool PlotDriver::WaitForPoints(int count, int timeoutMs) const
                    std::all_of(all.begin(), all.end(),
                                [rows](const QXYSeries* series) { return series->count() == rows; });
         },
-        timeoutMs);
+        kPatienceMs);
 }
 
 QPoint PlotDriver::At(double x, double y) const

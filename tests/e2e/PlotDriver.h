@@ -29,7 +29,7 @@ public:
     QVector<QPointF> Points(int series) const;
     QVector<bool> Visibility() const;
     /// Waits until each of the seven series has as many points as the model has rows, and at least `count`.
-    bool WaitForPoints(int count, int timeoutMs = 10000) const;
+    bool WaitForPoints(int count) const;
 
     /// A place in the plot area, as fractions from its top left.
     QPoint At(double x, double y) const;

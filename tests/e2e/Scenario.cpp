@@ -3,6 +3,7 @@
 
 #include "ApplicationDirPath.h"
 #include "CApplication.h"
+#include "PatientWait.h"
 #include "SettingsDirectoryPath.h"
 
 #include <QCoreApplication>
@@ -10,6 +11,7 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QFile>
+#include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
 #include <QQuickWindow>
@@ -134,8 +136,11 @@ qint64 Scenario::Start(Plugins plugins)
         qFatal("no window: %s", qPrintable(m_qmlWarnings.join(QLatin1Char('\n'))));
     auto* window = qobject_cast<QQuickWindow*>(engine->rootObjects().constFirst());
     m_driver = std::make_unique<WindowDriver>(window);
-    if (!QTest::qWaitForWindowExposed(window))
+    if (!QTest::qWaitForWindowExposed(window, kPatienceMs))
         qFatal("the window is not shown");
+    // Its own window, or a dialog that opens with it
+    if (!QTest::qWaitFor([] { return QGuiApplication::focusWindow() != nullptr; }, kPatienceMs))
+        qFatal("no window is active");
     return clock.elapsed();
 }
 

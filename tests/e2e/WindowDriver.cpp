@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "WindowDriver.h"
 
+#include "ActiveWindow.h"
+#include "PatientWait.h"
+
 #include <QAccessible>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -64,9 +67,9 @@ QPoint WindowDriver::Middle(QQuickItem* item)
     return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
 }
 
-bool WindowDriver::WaitFor(const QString& objectName, int timeoutMs) const
+bool WindowDriver::WaitFor(const QString& objectName) const
 {
-    return QTest::qWaitFor([&] { return IsVisible(objectName); }, timeoutMs);
+    return QTest::qWaitFor([&] { return IsVisible(objectName); }, kPatienceMs);
 }
 
 bool WindowDriver::Click(const QString& objectName) const
@@ -89,7 +92,7 @@ bool WindowDriver::Click(const QString& objectName) const
             last = now;
             return same;
         },
-        5000);
+        kPatienceMs);
     if (!isStill)
         return false;
     QTest::mouseClick(m_window, Qt::LeftButton, {}, last);
@@ -118,20 +121,27 @@ QSet<QString> WindowDriver::TabAround() const
     return names;
 }
 
-void WindowDriver::Key(int key) const
+void WindowDriver::Key(int key, Qt::KeyboardModifiers modifiers) const
 {
-    QTest::keyClick(m_window, static_cast<Qt::Key>(key));
+    QVERIFY(makeActive(m_window));
+    QTest::keyClick(m_window, static_cast<Qt::Key>(key), modifiers);
+}
+
+void WindowDriver::Type(const QString& text) const
+{
+    QVERIFY(makeActive(m_window));
+    for (const QChar character : text)
+        QTest::keyClick(m_window, character.toLatin1());
 }
 
 bool WindowDriver::Enter(const QString& field, const QString& number) const
 {
     QQuickItem* input = Find(field + QStringLiteral("Text"));
-    if (!input || !input->isEnabled())
+    if (!input || !input->isEnabled() || !makeActive(m_window))
         return false;
     input->forceActiveFocus();
-    QTest::keyClick(m_window, Qt::Key_A, Qt::ControlModifier);
-    for (const QChar character : number)
-        QTest::keyClick(m_window, character.toLatin1());
+    Key(Qt::Key_A, Qt::ControlModifier);
+    Type(number);
     Key(Qt::Key_Return);
     return true;
 }
@@ -141,9 +151,11 @@ bool WindowDriver::Choose(const QString& comboBox, int index) const
     QQuickItem* box = Find(comboBox + QStringLiteral("Box"));
     if (!box || !box->isEnabled())
         return false;
-    box->forceActiveFocus();
     const auto chosen = [box] { return box->property("currentIndex").toInt(); };
     while (chosen() != index) {
+        if (!makeActive(m_window))
+            return false;
+        box->forceActiveFocus();
         const int before = chosen();
         Key(before < index ? Qt::Key_Down : Qt::Key_Up);
         if (chosen() == before)

@@ -30,12 +30,14 @@ public:
     /// Waits until the item is there and still, and clicks its middle; false if it does not come.
     bool Click(const QString& objectName) const;
     /// Waits until the item is there; false if it does not come in time.
-    bool WaitFor(const QString& objectName, int timeoutMs = 5000) const;
+    bool WaitFor(const QString& objectName) const;
     /// Presses Tab until the item has the focus; false if it never has.
     bool TabTo(const QString& objectName) const;
     /// Presses Tab often, and tells the names of the items that had the focus, each once.
     QSet<QString> TabAround() const;
-    void Key(int key) const;
+    void Key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+    /// Types text where the focus is.
+    void Type(const QString& text) const;
     /// Types a number into the value field of that name, in the place of the old one, and presses Return.
     bool Enter(const QString& field, const QString& number) const;
     /// Chooses an entry of the combo box of that name with the arrow keys; false if it cannot be reached. It

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Compass and 3-D scene in the whole program, live and in replay.
 #include "EndToEndTest.h"
+#include "PatientWait.h"
 
 #include <QMetaProperty>
 #include <QQuaternion>
@@ -150,7 +151,7 @@ void tst_EndToEndDirection::directionLiveAndInReplay()
     QSignalSpy blocksShown(viewModel, QByteArray("2") + ready.notifySignal().methodSignature());
     QVERIFY(driver().Click(QStringLiteral("playbackButton")));
     QTRY_VERIFY(scenario().Flag("IsPlayingBack"));
-    while (scenario().Flag("IsPlayingBack") && blocksShown.wait(5000)) {
+    while (scenario().Flag("IsPlayingBack") && blocksShown.wait(kPatienceMs)) {
         if (!viewModel->property("NewMeasureReady").toBool() || !hasArrow())
             continue;
         QVERIFY((arrow() - field()).length() < 1e-3F);

@@ -260,7 +260,7 @@ private slots:
         type("first");
         // Other keys leave the two.
         const auto focusAfter = [this](Qt::Key key, Qt::KeyboardModifiers modifiers) {
-            QTest::keyClick(driver().Window(), key, modifiers);
+            driver().Key(key, modifiers);
             const QQuickItem* item = driver().Window()->activeFocusItem();
             return item ? item->objectName() : QString();
         };
@@ -305,11 +305,7 @@ private slots:
     }
 
 private:
-    void type(const char* text)
-    {
-        for (const char* character = text; *character != '\0'; ++character)
-            QTest::keyClick(driver().Window(), *character);
-    }
+    void type(const char* text) { driver().Type(QLatin1String(text)); }
 };
 
 END_TO_END_MAIN(tst_EndToEndMeter)

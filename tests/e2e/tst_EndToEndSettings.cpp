@@ -274,8 +274,7 @@ private:
     {
         const QString name = QLatin1String(field) + QLatin1String("Text");
         QVERIFY2(driver().TabTo(name), field);
-        for (const char* character = text; *character != '\0'; ++character)
-            QTest::keyClick(driver().Window(), *character);
+        driver().Type(QLatin1String(text));
         driver().Key(Qt::Key_Return);
     }
 

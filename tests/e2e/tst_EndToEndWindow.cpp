@@ -3,6 +3,7 @@
 #include "CApplication.h"
 #include "EndToEndTest.h"
 #include "KeyboardWalk.h"
+#include "PatientWait.h"
 
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
@@ -74,9 +75,7 @@ private slots:
         QTRY_VERIFY(list->property("count").toInt() > 3);
         QVERIFY(driver().Find(QStringLiteral("logSearchField"))->width() > 300);
         QVERIFY(driver().Click(QStringLiteral("logSearchField")));
-        for (const char character : "oxygen mono")
-            if (character != '\0')
-                QTest::keyClick(driver().Window(), character);
+        driver().Type(QStringLiteral("oxygen mono"));
         QTRY_COMPARE(list->property("count").toInt(), 1);
         QVERIFY(driver().Click(QStringLiteral("logCloseButton")));
         QTRY_VERIFY(!driver().IsVisible(QStringLiteral("logMessageList")));
@@ -106,7 +105,7 @@ private slots:
     {
         scenario().Start(Scenario::Shipped);
         QVERIFY(driver().WaitFor(QStringLiteral("connectButton0")));
-        QVERIFY(QTest::qWaitForWindowActive(driver().Window()));
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kPatienceMs));
         QVERIFY(driver().TabTo(QStringLiteral("connectButton0")));
         driver().Key(Qt::Key_Space);
         QVERIFY(driver().WaitFor(QStringLiteral("disconnectButton0")));
@@ -154,7 +153,7 @@ private slots:
     void keyboardReachesEverything()
     {
         startWithDefaultInstrument();
-        QVERIFY(QTest::qWaitForWindowActive(driver().Window()));
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kPatienceMs));
         for (const char* title : {"alarmBoxTitle", "saveImportParametersBoxTitle"})
             QVERIFY2(driver().Click(QLatin1String(title)), title);
         walk("meter/componentTab");
@@ -190,7 +189,7 @@ private slots:
     void keyboardReachesDialogsAndDrawers()
     {
         startWithDefaultInstrument();
-        QVERIFY(QTest::qWaitForWindowActive(driver().Window()));
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kPatienceMs));
         const auto walkDialog = [this](const char* button, const char* dialog) {
             QVERIFY2(driver().Click(QLatin1String(button)), button);
             QObject* popup = driver().FindPopup(QLatin1String(dialog));
@@ -209,12 +208,12 @@ private slots:
         auto* const news = qobject_cast<QQuickWindow*>(application->QmlEngine()->rootObjects().last());
         QVERIFY(news && news != driver().Window());
         news->requestActivate();
-        QVERIFY(QTest::qWaitForWindowActive(news));
+        QVERIFY(QTest::qWaitForWindowActive(news, kPatienceMs));
         walk("newSoftwareVersionDialog", news);
         news->close();
 
         driver().Window()->requestActivate();
-        QVERIFY(QTest::qWaitForWindowActive(driver().Window()));
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kPatienceMs));
         driver().Window()->resize(954, 698);
         QVERIFY(driver().WaitFor(QStringLiteral("smallMenuToggle")));
         walk("meter in the small window");

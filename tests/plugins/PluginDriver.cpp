@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PluginDriver.h"
 
+#include "PatientWait.h"
+
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
@@ -63,7 +65,7 @@ bool PluginDriver::Start()
     m_plugin->Start();
     m_provider = m_plugin->GetInstrumentListProvider();
     QSignalSpy listed(m_provider, &CInstrumentListProvider::InstrumentListUpdated);
-    return listed.wait();
+    return listed.wait(kPatienceMs);
 }
 
 QSharedPointer<CInstrument> PluginDriver::Instrument(const QString& serialNumber) const

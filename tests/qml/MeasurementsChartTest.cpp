@@ -8,6 +8,7 @@
 #include "CPlotTable.h"
 #include "CPluginsManager.h"
 #include "CSettings.h"
+#include "PatientWait.h"
 #include "QmlTestSetup.h"
 
 #include <QCoreApplication>
@@ -67,7 +68,7 @@ void MeasurementsChartTest::load(Model model)
     QCOMPARE(m_view->status(), QQuickView::Ready);
     m_view->resize(900, 600);
     m_view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_view.get(), kPatienceMs));
     settle();
 }
 

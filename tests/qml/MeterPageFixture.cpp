@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MeterPageFixture.h"
 
+#include "ActiveWindow.h"
 #include "CPlotTable.h"
+#include "PatientWait.h"
 
 #include <QColor>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QEventLoop>
 #include <QQmlContext>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 void setBound(CBoundedParm* bound, double min, double max)
 {
@@ -86,8 +90,7 @@ void MeterPageFixture::load()
     QCOMPARE(m_view->status(), QQuickView::Ready);
     m_view->show();
     // A file dialog of the test before has left no window active.
-    m_view->requestActivate();
-    QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
+    QVERIFY(makeActive(m_view.get()));
 }
 
 QQuickItem* MeterPageFixture::item(const char* name) const
@@ -104,7 +107,7 @@ void MeterPageFixture::click(const char* name)
     // Positioners place their items when the next frame is made.
     QSignalSpy frame(m_view.get(), &QQuickWindow::frameSwapped);
     m_view->update();
-    QVERIFY(frame.wait());
+    QVERIFY(frame.wait(kPatienceMs));
     QVERIFY2(target->isVisible() && target->isEnabled(), name);
     const QPointF centre = target->mapToScene(QPointF(target->width() / 2, target->height() / 2));
     QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, centre.toPoint());
@@ -113,21 +116,23 @@ void MeterPageFixture::click(const char* name)
 void MeterPageFixture::choose(const char* name, int index)
 {
     const QByteArray box = QByteArray(name) + "Box";
-    item(box.constData())->forceActiveFocus();
-    while (chosen(name) < index) {
+    while (chosen(name) != index) {
+        QVERIFY(makeActive(m_view.get()));
+        item(box.constData())->forceActiveFocus();
         const int before = chosen(name);
-        QTest::keyClick(m_view.get(), Qt::Key_Down);
-        if (chosen(name) == before)
-            return;
+        QTest::keyClick(m_view.get(), before < index ? Qt::Key_Down : Qt::Key_Up);
+        QVERIFY2(chosen(name) != before, name);
     }
-    while (chosen(name) > index)
-        QTest::keyClick(m_view.get(), Qt::Key_Up);
-    QCoreApplication::processEvents();
+    // The view model takes the choice by a timer that is due at once; later ones follow it.
+    QEventLoop loop;
+    QTimer::singleShot(0, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 void MeterPageFixture::enter(const char* field, const QString& text)
 {
     const QByteArray input = QByteArray(field) + "Text";
+    QVERIFY(makeActive(m_view.get()));
     item(input.constData())->forceActiveFocus();
     QTest::keyClick(m_view.get(), Qt::Key_A, Qt::ControlModifier);
     for (const QChar character : text)
@@ -138,6 +143,7 @@ void MeterPageFixture::enter(const char* field, const QString& text)
 void MeterPageFixture::enterText(const char* area, const QString& text)
 {
     click(area);
+    QVERIFY(makeActive(m_view.get()));
     for (const QChar character : text)
         QTest::keyClick(m_view.get(), character.toLatin1());
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MeterView.h"
 
+#include "PatientWait.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QQmlContext>
@@ -56,7 +58,7 @@ void MeterView::Load(const QSize& size)
     QCOMPARE(m_view->status(), QQuickView::Ready);
     m_view->resize(size);
     m_view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_view.get(), kPatienceMs));
     QTRY_COMPARE(m_view->rootObject()->size().toSize(), size);
     draw();
 }
@@ -65,7 +67,7 @@ void MeterView::draw()
 {
     QSignalSpy frame(m_view.get(), &QQuickWindow::frameSwapped);
     m_view->update();
-    QVERIFY(frame.wait());
+    QVERIFY(frame.wait(kPatienceMs));
 }
 
 void MeterView::Deliver(float bx, float by, float bz)
@@ -96,7 +98,8 @@ QQuickItem* MeterView::Find(const char* name) const
 QQuickItem* MeterView::Scene() const
 {
     QQuickItem* scene = nullptr;
-    return QTest::qWaitFor([&] { return (scene = Find("meterScene")) != nullptr; }) ? scene : nullptr;
+    return QTest::qWaitFor([&] { return (scene = Find("meterScene")) != nullptr; }, kPatienceMs) ? scene
+                                                                                                 : nullptr;
 }
 
 QObject* MeterView::PartOfScene(const char* property) const

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageView.h"
 
+#include "PatientWait.h"
+
 #include <QMap>
 #include <QQmlContext>
 #include <QQuickItem>
@@ -52,7 +54,7 @@ PageView::PageView(MeasureFixture& fixture, QObject* pageViewModel, const QStrin
         qFatal("no page %s", qPrintable(page));
     m_view->resize(1000, 900);
     m_view->show();
-    if (!QTest::qWaitForWindowActive(m_view.get()))
+    if (!QTest::qWaitForWindowActive(m_view.get(), kPatienceMs))
         qFatal("the window is not shown");
     m_driver = std::make_unique<WindowDriver>(m_view.get());
 }

@@ -2,6 +2,7 @@
 #include "SpectrumViewFixture.h"
 
 #include "CPlotTable.h"
+#include "PatientWait.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -49,7 +50,7 @@ void SpectrumViewFixture::load(bool withModel, QObject* operation)
     m_view->setSource(QUrl::fromLocalFile(QStringLiteral(KESTRIX_CHART_QML)));
     QCOMPARE(m_view->status(), QQuickView::Ready);
     m_view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_view.get(), kPatienceMs));
     settle();
 }
 
@@ -67,7 +68,7 @@ void SpectrumViewFixture::settle()
     for (int i = 0; i < 2; ++i) {
         QCoreApplication::processEvents();
         m_view->update();
-        QVERIFY(frame.wait());
+        QVERIFY(frame.wait(kPatienceMs));
     }
 }
 

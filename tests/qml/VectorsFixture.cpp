@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "VectorsFixture.h"
 
+#include "PatientWait.h"
+
 #include <QColor>
 #include <QCoreApplication>
 #include <QEvent>
@@ -63,7 +65,7 @@ void VectorsFixture::begin()
     component.setData(kWindow, QUrl(QStringLiteral("qrc:/Resources/TestWindow.qml")));
     m_window.reset(qobject_cast<QQuickWindow*>(component.create()));
     QVERIFY2(m_window, qPrintable(component.errorString()));
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), kPatienceMs));
 }
 
 void VectorsFixture::end()

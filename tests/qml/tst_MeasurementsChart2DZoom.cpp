@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Zooming and scrolling of the time plot by buttons, sliders, mouse and finger.
+#include "ActiveWindow.h"
 #include "MeasurementsChartTest.h"
 
 #include <QQmlContext>
@@ -458,8 +459,7 @@ void tst_MeasurementsChart2DZoom::slidersByKeyboard()
     loadWithRamp();
     model().refreshLegendData(20.0, 60.0);
     takeHeight(4.0, 8.0);
-    view()->requestActivate();
-    QVERIFY(QTest::qWaitForWindowActive(view()));
+    QVERIFY(makeActive(view()));
     const auto press = [this](const char* slider, const char* which, Qt::Key key) {
         handle(slider, which)->forceActiveFocus(Qt::TabFocusReason);
         QTest::keyClick(view(), key);

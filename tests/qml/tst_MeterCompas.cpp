@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The gauge of the probe axis, judged by what its picture shows.
+#include "ActiveWindow.h"
 #include "MeterView.h"
 
 #include <QTest>
@@ -309,6 +310,7 @@ void tst_MeterCompas::choose(const char* name, int index)
     const auto* list = m_view->Find(box.constData())->property("popup").value<QObject*>();
     QVERIFY(list);
     QTRY_VERIFY(list->property("opened").toBool());
+    QVERIFY(makeActive(&m_view->Window()));
     QTest::keyClick(&m_view->Window(), Qt::Key_Home);
     for (int i = 0; i < index; ++i)
         QTest::keyClick(&m_view->Window(), Qt::Key_Down);

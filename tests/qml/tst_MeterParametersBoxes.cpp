@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The box of the measurement parameters of the meter page on the real view models, driven by mouse and
 // keyboard.
+#include "ActiveWindow.h"
 #include "DialogDriver.h"
 #include "MeterPageFixture.h"
 
@@ -264,6 +265,7 @@ void tst_MeterParametersBoxes::unitQuestionCancelled()
     addBlocks(2);
     DialogDriver dialogs;
     dialogs.pressNext(QMessageBox::Cancel);
+    QVERIFY(makeActive(m_view.get()));
     item("unitsComboBoxBox")->forceActiveFocus();
     QTest::keyClick(m_view.get(), Qt::Key_Down);
     QTRY_VERIFY(dialogs.isDone());
@@ -281,6 +283,7 @@ void tst_MeterParametersBoxes::unitQuestionAccepted()
     addBlocks(2);
     DialogDriver dialogs;
     dialogs.pressNext(QMessageBox::Ok);
+    QVERIFY(makeActive(m_view.get()));
     item("unitsComboBoxBox")->forceActiveFocus();
     QTest::keyClick(m_view.get(), Qt::Key_Down);
     QTRY_VERIFY(dialogs.isDone());

@@ -3,6 +3,7 @@
 #include "CMeterOperationViewModel.h"
 #include "HeapGrowth.h"
 #include "MeasureFixture.h"
+#include "PatientWait.h"
 #include "QmlTestSetup.h"
 #include "SceneTestMain.h"
 
@@ -176,7 +177,7 @@ void tst_SceneKeeper::init()
     component.setData(kWindow, QUrl(QStringLiteral("qrc:/Resources/TestWindow.qml")));
     m_window.reset(qobject_cast<QQuickWindow*>(component.create()));
     QVERIFY2(m_window, qPrintable(component.errorString()));
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), kPatienceMs));
     show();
     QTRY_COMPARE(scenes().size(), 1);
     settle();

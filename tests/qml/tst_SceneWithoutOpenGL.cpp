@@ -3,6 +3,7 @@
 #include "COperationMapping.h"
 #include "FakeMappingPage.h"
 #include "MeterView.h"
+#include "PatientWait.h"
 
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -54,7 +55,7 @@ void tst_SceneWithoutOpenGL::mappingGoesOnWithoutItsVectors()
     view.setSource(QUrl(QStringLiteral("qrc:/Resources/Controls/Chart3D/VectorsChart3D.qml")));
     view.resize(800, 600);
     view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QVERIFY(QTest::qWaitForWindowExposed(&view, kPatienceMs));
     const auto find = [&view](const char* name) {
         return view.rootObject()->findChild<QQuickItem*>(QLatin1String(name));
     };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The view of the vectors of a mapping in space: stage, camera, axes and the slider of the length.
+#include "ActiveWindow.h"
 #include "LogRecorder.h"
 #include "PictureDifference.h"
 #include "SceneTestMain.h"
@@ -247,6 +248,7 @@ void tst_VectorsChart3D::sliderByKeys()
     m_page->setProperty("SliderValueGraph3D", 0.2);
     show();
     m_page->append(row(1).first());
+    QVERIFY(makeActive(m_window.get()));
     find("vectorLengthSlider")->forceActiveFocus();
     QTest::keyPress(m_window.get(), Qt::Key_Right);
     QCOMPARE(slider(), 0.21);
@@ -260,6 +262,7 @@ void tst_VectorsChart3D::emptyState()
     show();
     QCOMPARE(vectors().size(), 0);
     QCOMPARE(m_page->asked, QVector<int>());
+    QVERIFY(makeActive(m_window.get()));
     find("vectorLengthSlider")->forceActiveFocus();
     QTest::keyClick(m_window.get(), Qt::Key_Right);
     emit m_page->setVisibleUntilChart();

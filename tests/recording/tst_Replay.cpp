@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CSettings.h"
+#include "PatientWait.h"
 #include "ReplayTestSupport.h"
 
 #include <QElapsedTimer>
@@ -561,7 +562,7 @@ private slots:
         QSignalSpy ticked(&manager.ReplayTimer(), &QTimer::timeout);
         manager.StartReplay();
         manager.SetIsPlayingBack(false);
-        QVERIFY(ticked.wait());
+        QVERIFY(ticked.wait(kPatienceMs));
         QCOMPARE(delivered.count(), 0);
     }
 

@@ -49,6 +49,8 @@ void DialogDriver::look()
         dialog->close();
         return;
     }
+    if (!m_readiness.IsReady(dialog))
+        return;
     m_answered = dialog;
     describe(dialog);
     m_answers.takeFirst()(dialog);

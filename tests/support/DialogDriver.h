@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "DialogReadiness.h"
+
 #include <QMessageBox>
 #include <QObject>
 #include <QPointer>
@@ -38,5 +40,6 @@ private:
     QTimer m_timer;
     QList<std::function<void(QWidget*)>> m_answers;
     QPointer<QWidget> m_answered;
+    DialogReadiness m_readiness;
     int m_unexpected = 0;
 };

@@ -2,6 +2,7 @@
 #include "CBlockAlarm.h"
 #include "LogRecorder.h"
 #include "MeasureFixture.h"
+#include "PatientWait.h"
 
 #include <QtTest>
 
@@ -294,7 +295,7 @@ void tst_CBlockAlarm::timeWithoutViolationRearms()
     const auto* timer = alarm.findChild<QTimer*>();
     QCOMPARE(timer->interval(), 2000);
     QSignalSpy due(timer, &QTimer::timeout);
-    QVERIFY(due.wait(4000));
+    QVERIFY(due.wait(kPatienceMs));
     QVERIFY(clock.elapsed() >= 1990);
     check(alarm, {distinct(0)});
     QCOMPARE(m_notifier.calls.size(), 1);
