@@ -5,6 +5,7 @@
 #include "EndToEndTest.h"
 #include "KeyboardWalk.h"
 
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
@@ -234,6 +235,30 @@ private slots:
         const QImage image = driver().Window()->grabWindow();
         QCOMPARE(image.pixelColor((corner * image.devicePixelRatio()).toPoint()),
                  QColor(QStringLiteral("#ffffe0")));
+
+        // With the mouse over an item the page goes: once its tool tip is open, and once while it is due.
+        // Then the tool tip must not seek a window for an item that has none.
+        constexpr int kPastTheDelayMs = 1200;
+        CMainViewModel& shell = *scenario().Application()->MainViewModel();
+        for (const bool isOpen : {true, false}) {
+            shell.displaySettingsPage();
+            QVERIFY(driver().WaitFor(QStringLiteral("storagePathSelectorText")));
+            QQuickItem* const field = driver().Find(QStringLiteral("storagePathSelectorText"));
+            QTest::mouseMove(driver().Window(), QPoint(300, 5));
+            QTRY_VERIFY(!ofToolTip(QStringLiteral("visible")).toBool());
+            QTest::mouseMove(driver().Window(), WindowDriver::Middle(field));
+            QTRY_VERIFY(field->property("hovered").toBool());
+            if (isOpen)
+                QTRY_VERIFY(ofToolTip(QStringLiteral("opened")).toBool());
+            shell.displayInstrumentSelectionPage();
+            // As on a busy machine the page is out of the window, and not yet deleted.
+            QElapsedTimer clock;
+            clock.start();
+            while (!isOpen && clock.elapsed() < kPastTheDelayMs)
+                QCoreApplication::processEvents(QEventLoop::AllEvents, kPastTheDelayMs);
+            QVERIFY(driver().WaitFor(QStringLiteral("instrumentSelectionPage")));
+        }
+        QVERIFY(!ofToolTip(QStringLiteral("visible")).toBool());
         QVERIFY(scenario().CloseWindow());
     }
 
