@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Lets the program run for so many minutes on each page, on bursts of a simulated instrument, with a record and a user
-# who acts at random, and prints what it holds meanwhile. Fails if memory or handles grow.
+# Lets the program go through an hour's work on each page in so many minutes, on bursts of a simulated instrument, with a
+# record and a user who acts at random, and prints what it holds meanwhile. Fails if memory or handles grow.
 #   scripts/soak.sh MINUTES [PAGE...]      PAGE is meter, spectrum, acAnalysis or mapping
-# Ten minutes on the meter page have as many blocks as three quarters of an hour at the usual rate.
+# A page goes on until the blocks, samples and actions of an hour are there, four times the minutes at most, so that a
+# slow machine takes longer; ten minutes are as fast as two cores can. KESTRIX_SOAK_HOURS=0.05 asks for less, as a trial.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -15,8 +15,7 @@ Button {
     horizontalPadding: padding
     Accessible.name: label
     ToolTip.text: label
-    ToolTip.visible: hovered && label !== ""
-    ToolTip.delay: 1000
+    ToolTip.visible: hoverDelay.isOver && label !== ""
 
     background: Rectangle {
         color: toolButton.down || toolButton.checked ? Style.PageButtonDownColor : Style.PageButtonColor
@@ -33,6 +32,12 @@ Button {
             sourceSize: Qt.size(width, height)
             opacity: toolButton.enabled ? 1 : 0.4
         }
+    }
+
+    HoverDelay {
+        id: hoverDelay
+
+        hovered: toolButton.hovered
     }
 
     HandCursorArea {

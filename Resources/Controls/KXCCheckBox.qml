@@ -25,8 +25,7 @@ RowLayout {
         padding: 0
         Accessible.name: checkBoxLabel.text
         ToolTip.text: checkBoxRow.toolTipText
-        ToolTip.visible: (hovered || labelArea.containsMouse) && checkBoxRow.toolTipText !== ""
-        ToolTip.delay: 500
+        ToolTip.visible: hoverDelay.isOver && checkBoxRow.toolTipText !== ""
 
         indicator: Rectangle {
             y: (checkBox.height - height) / 2
@@ -43,6 +42,13 @@ RowLayout {
                 color: checkBox.enabled ? Style.TextDarkColor : Style.TextLightColor
                 visible: checkBox.checked
             }
+        }
+
+        HoverDelay {
+            id: hoverDelay
+
+            interval: 500
+            hovered: checkBox.hovered || labelArea.containsMouse
         }
 
         HandCursorArea {

@@ -166,8 +166,7 @@ ColumnLayout {
         color: enabled && !valueField.valid ? "red" : Style.TextDarkColor
         Accessible.name: fieldLabel.text
         ToolTip.text: valueField.toolTipText
-        ToolTip.visible: hovered && valueField.toolTipText !== ""
-        ToolTip.delay: 1000
+        ToolTip.visible: hoverDelay.isOver && valueField.toolTipText !== ""
 
         onActiveFocusChanged: {
             if (!activeFocus)
@@ -185,6 +184,12 @@ ColumnLayout {
             color: textField.enabled ? Style.BackgroundColor : Style.DisabledColor
             border.width: textField.activeFocus ? 2 : 1
             border.color: textField.activeFocus ? Style.TextFieldFocusBorder : Style.BordersColor
+        }
+
+        HoverDelay {
+            id: hoverDelay
+
+            hovered: textField.hovered
         }
 
         KXCLabel {

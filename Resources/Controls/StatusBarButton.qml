@@ -17,8 +17,7 @@ Button {
     horizontalPadding: padding
     Accessible.name: toolTipText
     ToolTip.text: toolTipText
-    ToolTip.visible: hovered && toolTipText !== ""
-    ToolTip.delay: 1000
+    ToolTip.visible: hoverDelay.isOver && toolTipText !== ""
     ToolTip.timeout: 5000
 
     background: Rectangle {
@@ -37,6 +36,12 @@ Button {
                 color: "darkgray"
             }
         }
+    }
+
+    HoverDelay {
+        id: hoverDelay
+
+        hovered: statusBarButton.hovered
     }
 
     HandCursorArea {

@@ -141,6 +141,7 @@ ScrollView {
             }
 
             LabelDisplayer {
+                objectName: "calibrationDate"
                 labelWidth: information.factLabelWidth
                 label: qsTr("Calibration date")
                 value: ConnectionPageViewModel.CalibrationDate

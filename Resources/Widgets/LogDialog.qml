@@ -188,6 +188,7 @@ Dialog {
             delegate: Rectangle {
                 id: row
 
+                objectName: "logRow" + index
                 width: messageList.width
                 height: Math.max(messageText.implicitHeight, 25) + 6
                 color: logDialog.levelBackground(model.level)
@@ -212,6 +213,7 @@ Dialog {
                         }
 
                         ColorOverlay {
+                            objectName: "logIcon" + index
                             anchors.fill: levelIcon
                             source: levelIcon
                             color: logDialog.levelColor(model.level)

@@ -76,9 +76,14 @@ Rectangle {
                 fillMode: Image.Pad
             }
 
-            ToolTip.visible: hovered
-            ToolTip.delay: 1000
+            ToolTip.visible: hoverDelay.isOver
             ToolTip.text: qsTr("Show log messages")
+
+            HoverDelay {
+                id: hoverDelay
+
+                hovered: openLogButton.hovered
+            }
 
             HandCursorArea {
             }

@@ -23,6 +23,17 @@ private slots:
     {
         openSettings();
         CSettings* const settings = scenario().Application()->Settings();
+        // The CSV side file counts at once, and is nothing that could be lost: the page is left without a
+        // question.
+        click("saveCsvBox");
+        QVERIFY(settings->SaveRecordingsAsCsv());
+        QVERIFY(!scenario().PageViewModel()->property("HasUnsavedParameter").toBool());
+        QVERIFY(driver().Click(QStringLiteral("meterMenuButton")));
+        QVERIFY(driver().WaitFor(QStringLiteral("meterPage")));
+        QVERIFY(!CSettings(QStringLiteral("/nowhere")).SaveRecordingsAsCsv());
+        QVERIFY(driver().Click(QStringLiteral("settingsButton")));
+        QVERIFY(driver().WaitFor(QStringLiteral("settingsPage")));
+
         QCOMPARE(fieldText("logLinesField"), QStringLiteral("200"));
         QCOMPARE(fieldText("measurementPointsField"), QStringLiteral("120000"));
         QCOMPARE(driver().Text(QStringLiteral("storagePathSelectorText")), settings->DefaultStoragePath());
@@ -37,8 +48,6 @@ private slots:
         QCOMPARE(settings->MappingMaxMeasurementCount(), quint64(1000000));
         click("checkForUpdatesBox");
         QVERIFY(!settings->CheckForNewVersion());
-        click("saveCsvBox");
-        QVERIFY(settings->SaveRecordingsAsCsv());
 
         // The page is not left without a question.
         answers().ExpectMessage(QStringLiteral("Are you sure you want to quit the current page ?"),
@@ -181,6 +190,17 @@ private slots:
         }
         QCOMPARE(m_openedUrls, (QStringList{QStringLiteral("mailto:contact@norvane.invalid"),
                                             QStringLiteral("https://www.norvane.invalid")}));
+
+        // Beside them is who the program is.
+        QCOMPARE(driver().Text(QStringLiteral("aboutText")), QStringLiteral("Norvane Kestrix v1.2.4"));
+        QVERIFY(driver().Text(QStringLiteral("legalText")).contains(QStringLiteral("without any warranty")));
+        QQuickItem* const logo = driver().Find(QStringLiteral("aboutLogo"));
+        QVERIFY(logo);
+        QCOMPARE(logo->property("source").toUrl(),
+                 QUrl(QStringLiteral("qrc:///Resources/Images/Norvane.svg")));
+        QCOMPARE(logo->width(), 140.0);
+        QCOMPARE(logo->property("paintedWidth").toReal(), 140.0);
+        QVERIFY(logo->property("paintedHeight").toReal() > 10);
         QVERIFY(scenario().CloseWindow());
     }
 

@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The window itself: start, menus, dialogs of the frame, keyboard.
 #include "CApplication.h"
+#include "CConnectionPageSettings.h"
 #include "EndToEndTest.h"
 #include "KeyboardWalk.h"
 #include "PatientWait.h"
 
+#include <QElapsedTimer>
+#include <QProcess>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
 #include <QQmlExpression>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QRegularExpression>
+#include <QScreen>
 #include <QTest>
 
 class tst_EndToEndWindow : public EndToEndTest
@@ -40,6 +45,36 @@ private:
         QVERIFY2(driver().WaitFor(QLatin1String(page)), page);
     }
 
+    /// Tells all programs that the desktop has this size, as a window manager does.
+    static bool setWorkArea(int width, int height)
+    {
+        // The X server counts in pixels of the device, and its resolution is rounded to millimetres.
+        const QScreen* const screen = QGuiApplication::primaryScreen();
+        const QString area = QStringLiteral("0, 0, %1, %2")
+                                 .arg(qRound(width * screen->devicePixelRatio()))
+                                 .arg(qRound(height * screen->devicePixelRatio()));
+        const auto texts = [](const char* list) { return QString::fromLatin1(list).split(QLatin1Char(' ')); };
+        return QProcess::execute(QStringLiteral("xprop"),
+                                 texts("-root -f _NET_WORKAREA 32c -set _NET_WORKAREA") << area) == 0 &&
+               QTest::qWaitFor([&] { return screen->availableVirtualSize() == QSize(width, height); });
+    }
+
+    /// What a row of the log dialog shows: level, message, background, image, its colour.
+    QStringList logRow(int row)
+    {
+        const auto item = [&](const char* part) {
+            return driver().Find(QLatin1String(part) + QString::number(row));
+        };
+        QQuickItem* const icon = item("logIcon");
+        if (!icon)
+            return {};
+        auto* const image = icon->property("source").value<QQuickItem*>();
+        return {item("logLevel")->property("text").toString(),
+                item("logMessage")->property("text").toString(),
+                item("logRow")->property("color").value<QColor>().name(),
+                image->property("source").toUrl().fileName(), icon->property("color").value<QColor>().name()};
+    }
+
     QStringList m_problems;
 
 private slots:
@@ -60,19 +95,120 @@ private slots:
 
     void launchWithDefaultInstrument()
     {
+        Scenario::WriteSimulationSettings(
+            QStringLiteral("[Instruments]\nCount=2\nCalibrationDate=2020-02-29\n"));
         startWithDefaultInstrument();
         QCOMPARE(driver().Text(QStringLiteral("statusSerial"), QStringLiteral("value")), kSimulated);
         QVERIFY(driver().IsVisible(QStringLiteral("resumeButton")));
+
+        QVERIFY(driver().Click(QStringLiteral("instrumentSelectionButton")));
+        QVERIFY(driver().WaitFor(QStringLiteral("calibrationDate")));
+        const auto dateColour = [this] {
+            return driver().Find(QStringLiteral("calibrationDate"))->property("valueColor").value<QColor>();
+        };
+        QCOMPARE(driver().Text(QStringLiteral("calibrationDate"), QStringLiteral("value")),
+                 QStringLiteral("2020-02-29"));
+        QCOMPARE(dateColour(), QColor(Qt::red));
+        QVERIFY(driver().Click(QStringLiteral("disconnectButton0")));
+        QTRY_COMPARE(driver().Text(QStringLiteral("calibrationDate"), QStringLiteral("value")), QString());
+        QVERIFY(dateColour() != QColor(Qt::red));
+
+        // The page's three choices; looking at them is no edit.
+        QObject* const page = scenario().PageViewModel();
+        QVERIFY(driver().Click(QStringLiteral("serialSettingsTab")));
+        QVERIFY(driver().WaitFor(QStringLiteral("baudRateBoxBox")));
+        QVERIFY(!page->property("HasUnsavedParameter").toBool());
+        QVERIFY(driver().Choose(QStringLiteral("baudRateBox"), 6));
+        QCOMPARE(page->property("SelectedBaudrateIndex").toInt(), 6);
+        QVERIFY(page->property("HasUnsavedParameter").toBool());
+        QVERIFY(page->setProperty("SelectedBaudrateIndex", 4));
+        QCOMPARE(driver().Find(QStringLiteral("baudRateBoxBox"))->property("currentText").toString(),
+                 QStringLiteral("2400"));
+        QVERIFY(driver().Choose(QStringLiteral("baudRateBox"), 11));
+        // The machine need not have ports.
+        QVERIFY(driver()
+                    .Find(QStringLiteral("serialPortBox"))
+                    ->setProperty("model", QStringList{QStringLiteral("portA"), QStringLiteral("portB")}));
+        QVERIFY(driver().Choose(QStringLiteral("serialPortBox"), 1));
+        QCOMPARE(page->property("SelectedSerialPortNameIndex").toInt(), 1);
+        QVERIFY(page->setProperty("SelectedSerialPortNameIndex", 0));
+        QCOMPARE(driver().Find(QStringLiteral("serialPortBoxBox"))->property("currentText").toString(),
+                 QStringLiteral("portA"));
+        QVERIFY(driver().Click(QStringLiteral("instrumentTab")));
+        QVERIFY(driver().WaitFor(QStringLiteral("defaultInstrumentBoxBox")));
+        QCOMPARE(page->property("SelectedDefaultInstrumentIndex").toInt(), 1);
+        QVERIFY(driver().Choose(QStringLiteral("defaultInstrumentBox"), 2));
+        QCOMPARE(page->property("SelectedDefaultInstrumentIndex").toInt(), 2);
+        QVERIFY(driver().Click(QStringLiteral("saveConnectionButton")));
+        QVERIFY(!page->property("HasUnsavedParameter").toBool());
+        CSettings settings(QStringLiteral("/nowhere"));
+        const CConnectionPageSettings stored(&settings);
+        QCOMPARE(stored.BaudRate(), QStringLiteral("115200"));
+        QCOMPARE(stored.InstrumentName(), QStringLiteral("Simulated instrument"));
+        QCOMPARE(stored.InstrumentSerialNumber(), QStringLiteral("SIM-0002"));
         QVERIFY(scenario().CloseWindow());
     }
 
     void logDialog()
     {
         scenario().Start(Scenario::Shipped);
+        CMainViewModel& shell = *scenario().Application()->MainViewModel();
+        CLogFilterProxyModel* const proxy = shell.LogMessageProxy();
+        // More than the dialog can show, and a line of each level.
+        for (int i = 0; i < 30; ++i)
+            qDebug("filler");
+        qDebug("of debug");
+        qInfo("of info");
+        qWarning("of warning");
+        qCritical("of critical");
+        // Through the handler it would end the program.
+        const auto fatal = QSharedPointer<CLogMessage>::create();
+        fatal->SetLevel(CLogMessage::FATAL);
+        fatal->SetMessage(QStringLiteral("of fatal"));
+        shell.LogMessageList()->Append(fatal);
+
+        // The status bar's line is the last message at or above the level.
+        const auto info = [this] {
+            return driver().Text(QStringLiteral("statusInfo"), QStringLiteral("value"));
+        };
+        QVERIFY2(
+            QRegularExpression(QStringLiteral("^\\[CRIT\\] \\d{4}-\\d\\d-\\d\\dT[\\d:.]{12} - of critical$"))
+                .match(info())
+                .hasMatch(),
+            qPrintable(info()));
+
         QVERIFY(driver().Click(QStringLiteral("openLogButton")));
         QVERIFY(driver().WaitFor(QStringLiteral("logMessageList")));
         QQuickItem* list = driver().Find(QStringLiteral("logMessageList"));
-        QTRY_VERIFY(list->property("count").toInt() > 3);
+        QTRY_VERIFY(list->property("count").toInt() > 35);
+        QTRY_VERIFY(driver().FindPopup(QStringLiteral("logDialog"))->property("opened").toBool());
+        QVERIFY(list->property("contentHeight").toReal() > list->height());
+        QVERIFY(list->property("atYEnd").toBool());
+
+        const int last = list->property("count").toInt() - 1;
+        QCOMPARE(proxy->index(last, 0).data(CLogMessageList::MessageRole).toString(),
+                 QStringLiteral("of fatal"));
+        const auto line = [](const char* text) { return QString::fromLatin1(text).split(QLatin1Char(',')); };
+        QTRY_COMPARE(logRow(last), line("Fatal,of fatal,#a9a9a9,Error.svg,#ff0000"));
+        QCOMPARE(logRow(last - 1), line("Critical,of critical,#c0c0c0,Error.svg,#ff0000"));
+        QCOMPARE(logRow(last - 2), line("Warning,of warning,#d3d3d3,Warning.svg,#ffff00"));
+        QCOMPARE(logRow(last - 3), line("Info,of info,#dcdcdc,Info.svg,#000000"));
+        QCOMPARE(logRow(last - 4), line("Debug,of debug,#ffffff,Info.svg,#808080"));
+
+        // The level goes both ways.
+        QCOMPARE(proxy->MinLevel(), 0);
+        QVERIFY(driver().Choose(QStringLiteral("logLevelBox"), 3));
+        QCOMPARE(proxy->MinLevel(), 3);
+        QTRY_COMPARE(list->property("count").toInt(), 2);
+        qWarning("below the level");
+        QVERIFY(info().endsWith(QStringLiteral("of critical")));
+        proxy->SetMinLevel(2);
+        QCOMPARE(driver().Find(QStringLiteral("logLevelBoxBox"))->property("currentText").toString(),
+                 QStringLiteral("Warning"));
+        QTRY_VERIFY(list->property("count").toInt() >= 4);
+        proxy->SetMinLevel(0);
+        QCOMPARE(driver().Find(QStringLiteral("logLevelBoxBox"))->property("currentIndex").toInt(), 0);
+
         QVERIFY(driver().Find(QStringLiteral("logSearchField"))->width() > 300);
         QVERIFY(driver().Click(QStringLiteral("logSearchField")));
         driver().Type(QStringLiteral("oxygen mono"));
@@ -98,6 +234,30 @@ private slots:
         const QImage image = driver().Window()->grabWindow();
         QCOMPARE(image.pixelColor((corner * image.devicePixelRatio()).toPoint()),
                  QColor(QStringLiteral("#ffffe0")));
+
+        // With the mouse over an item the page goes: once its tool tip is open, and once while it is due.
+        // Then the tool tip must not seek a window for an item that has none.
+        constexpr int kPastTheDelayMs = 1200;
+        CMainViewModel& shell = *scenario().Application()->MainViewModel();
+        for (const bool isOpen : {true, false}) {
+            shell.displaySettingsPage();
+            QVERIFY(driver().WaitFor(QStringLiteral("storagePathSelectorText")));
+            QQuickItem* const field = driver().Find(QStringLiteral("storagePathSelectorText"));
+            QTest::mouseMove(driver().Window(), QPoint(300, 5));
+            QTRY_VERIFY(!ofToolTip(QStringLiteral("visible")).toBool());
+            QTest::mouseMove(driver().Window(), WindowDriver::Middle(field));
+            QTRY_VERIFY(field->property("hovered").toBool());
+            if (isOpen)
+                QTRY_VERIFY(ofToolTip(QStringLiteral("opened")).toBool());
+            shell.displayInstrumentSelectionPage();
+            // As on a busy machine the page is out of the window, and not yet deleted.
+            QElapsedTimer clock;
+            clock.start();
+            while (!isOpen && clock.elapsed() < kPastTheDelayMs)
+                QCoreApplication::processEvents(QEventLoop::AllEvents, kPastTheDelayMs);
+            QVERIFY(driver().WaitFor(QStringLiteral("instrumentSelectionPage")));
+        }
+        QVERIFY(!ofToolTip(QStringLiteral("visible")).toBool());
         QVERIFY(scenario().CloseWindow());
     }
 
@@ -241,8 +401,28 @@ private slots:
             QObject* drawer = driver().FindPopup(QStringLiteral("menuDrawer"));
             return drawer ? drawer->property("width").toReal() : -1;
         };
+        QVERIFY(setWorkArea(1094, 837));
         startWithDefaultInstrument();
-        driver().Window()->resize(954, 698);
+        QQuickWindow* const window = driver().Window();
+        QTRY_COMPARE(window->visibility(), QWindow::Maximized);
+        const auto startOn = [&](int width, int height) {
+            window->showNormal();
+            QVERIFY(QTest::qWaitFor([&] { return window->visibility() == QWindow::Windowed; }));
+            QVERIFY(setWorkArea(width, height));
+            window->resize(1024, 768);
+            window->setProperty("initialize", false);
+            QVERIFY(QMetaObject::invokeMethod(window, "isSmallWindowSize"));
+        };
+        startOn(1093, 838);
+        QCOMPARE(window->visibility(), QWindow::Maximized);
+        startOn(1094, 838);
+        QCOMPARE(window->visibility(), QWindow::Windowed);
+        QCOMPARE(window->size(), QSize(1094, 838));
+        // Only the start counts.
+        window->resize(1024, 768);
+        QCOMPARE(window->visibility(), QWindow::Windowed);
+
+        window->resize(954, 698);
         QVERIFY(driver().WaitFor(QStringLiteral("smallMenuToggle")));
         QVERIFY(!driver().IsVisible(QStringLiteral("meterMenuButton")));
         driver().Window()->resize(1025, 768);
