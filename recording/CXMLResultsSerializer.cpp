@@ -9,6 +9,7 @@
 #include <QFileDevice>
 #include <QXmlStreamWriter>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -121,6 +122,21 @@ double toCoordinate(QStringView text)
     return readPlainDecimal(position, text.end(), value) && position == text.end() ? value : text.toDouble();
 }
 
+/// Whether there are just three parts.
+bool readThreeParts(const QString& text, std::array<double, 3>& parts)
+{
+    const QChar* begin = text.constBegin();
+    for (size_t i = 0; i < parts.size(); ++i) {
+        const QChar* const end = std::find(begin, text.constEnd(), kSeparator);
+        const bool isLast = i + 1 == parts.size();
+        if ((end == text.constEnd()) != isLast)
+            return false;
+        parts[i] = toCoordinate(QStringView(begin, end));
+        begin = end + 1;
+    }
+    return true;
+}
+
 class MeasurementRecordReader : public RecordReader
 {
 public:
@@ -158,20 +174,15 @@ private:
 
     void setResultsCount() override { m_dataset.SetResultsCount(m_dataset.MeasureBlocks()->size()); }
 
-    Outcome readExtraElement(CMeasureBlock&) override
-    {
-        const bool isPosition = xml().name() == kPosition;
-        if (!isPosition && xml().name() != kOrientation)
-            return Outcome::Unknown;
+    bool hasPlaces() const override { return true; }
 
+    bool setPlace(Part part, const QString& text) override
+    {
         std::array<double, 3> parts{};
-        const bool hasThreeParts = readThreeParts(parts);
-        if (xml().hasError())
-            return Outcome::Read;
-        if (!hasThreeParts)
-            return Outcome::Failed;
+        if (!readThreeParts(text, parts))
+            return false;
         CMeasureBlockMapping& block = *m_dataset.MeasureBlocks()->back();
-        if (isPosition) {
+        if (part == Part::Position) {
             block.Position.SetX(parts[0]);
             block.Position.SetY(parts[1]);
             block.Position.SetZ(parts[2]);
@@ -179,21 +190,6 @@ private:
             block.Orientation.SetRoll(parts[0]);
             block.Orientation.SetPitch(parts[1]);
             block.Orientation.SetYaw(parts[2]);
-        }
-        return Outcome::Read;
-    }
-
-    bool readThreeParts(std::array<double, 3>& parts)
-    {
-        const QString text = xml().readElementText();
-        QStringView rest(text);
-        for (size_t i = 0; i < parts.size(); ++i) {
-            const auto end = rest.indexOf(kSeparator);
-            const bool isLast = i + 1 == parts.size();
-            if ((end < 0) != isLast)
-                return false;
-            parts[i] = toCoordinate(isLast ? rest : rest.left(end));
-            rest = rest.mid(end + 1);
         }
         return true;
     }

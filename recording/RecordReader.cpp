@@ -5,6 +5,7 @@
 #include "CMeasureBlock.h"
 #include "EnumTexts.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -64,7 +65,8 @@ void setParameter(CMeasurementParameters& parameters, int position, const QStrin
 } // namespace
 
 RecordReader::RecordReader(QIODevice* device, const RecordFormat::Kind& kind, CDataset& dataset, State& state)
-    : m_text(device), m_device(&m_text), m_xml(&m_device), m_kind(kind), m_dataset(dataset), m_state(state)
+    : m_text(device), m_blocks(&m_text), m_device(&m_blocks), m_xml(&m_device), m_kind(kind),
+      m_dataset(dataset), m_state(state)
 {
     m_xml.setEntityExpansionLimit(kMaxEntityExpansion);
     // Records have no namespaces, and the XML reader would look for that of each element in all that its
@@ -98,16 +100,21 @@ bool RecordReader::readRoot()
         const QXmlStreamReader::TokenType token = m_xml.readNext();
         if (token == QXmlStreamReader::StartElement)
             return true;
-        if (token == QXmlStreamReader::DTD && m_xml.text().contains(QLatin1String("<!ATTLIST")))
+        if (token != QXmlStreamReader::DTD)
+            continue;
+        // Its entities may stand for tags.
+        m_blocks.forgoPlainContent();
+        if (m_xml.text().contains(QLatin1String("<!ATTLIST")))
             m_xml.raiseError(QStringLiteral("Default attributes are not supported"));
     }
     return false;
 }
 
-RecordReader::Outcome RecordReader::readExtraElement(CMeasureBlock& block)
+bool RecordReader::setPlace(Part part, const QString& text)
 {
-    Q_UNUSED(block)
-    return Outcome::Unknown;
+    Q_UNUSED(part)
+    Q_UNUSED(text)
+    return true;
 }
 
 void RecordReader::readHeader()
@@ -209,6 +216,8 @@ bool RecordReader::readMeasurements()
 
 bool RecordReader::readBlock(CMeasureBlock& block)
 {
+    if (!readPlainContent(block))
+        return false;
     // Elements that are not known are not skipped: the walk goes on inside them.
     int depth = 1;
     while (depth > 0 && !m_xml.atEnd()) {
@@ -216,27 +225,60 @@ bool RecordReader::readBlock(CMeasureBlock& block)
         if (token == QXmlStreamReader::EndElement) {
             --depth;
         } else if (token == QXmlStreamReader::StartElement) {
-            const Outcome outcome = readBlockElement(block);
-            if (outcome == Outcome::Failed)
-                return false;
-            if (outcome == Outcome::Unknown)
+            const Part part = partOf(m_xml.name());
+            if (part == Part::Unknown)
                 refuseDepth(++depth);
+            else if (!setPart(part, m_xml.readElementText(), block))
+                return false;
         }
     }
     return true;
 }
 
-RecordReader::Outcome RecordReader::readBlockElement(CMeasureBlock& block)
+bool RecordReader::readPlainContent(CMeasureBlock& block)
 {
-    if (isAt(RecordFormat::kFlux)) {
-        m_state.sampleCount += m_fluxReader.read(m_xml.readElementText(), block);
-        return Outcome::Read;
+    const BlockContentDevice::Elements elements = m_blocks.plainElements();
+    const auto isKnown = [this](const BlockContentDevice::Element& element) {
+        return partOf(element.name) != Part::Unknown;
+    };
+    if (elements.isEmpty() || !std::all_of(elements.begin(), elements.end(), isKnown))
+        return true;
+    for (const BlockContentDevice::Element& element : elements) {
+        // One text for all blocks stays in the processor's cache, and no hole between their samples is left
+        // by another.
+        m_plainText.resize(element.text.size());
+        std::transform(element.text.begin(), element.text.end(), m_plainText.begin(),
+                       [](char character) { return QLatin1Char(character); });
+        if (!setPart(partOf(element.name), m_plainText, block))
+            return false;
     }
-    if (isAt(RecordFormat::kComment)) {
-        block.SetComment(m_xml.readElementText());
-        return Outcome::Read;
-    }
-    return readExtraElement(block);
+    m_blocks.skipPlainElements();
+    return true;
+}
+
+template <class Name> RecordReader::Part RecordReader::partOf(const Name& name) const
+{
+    using namespace RecordFormat;
+    if (name == kFlux)
+        return Part::Flux;
+    if (name == kComment)
+        return Part::Comment;
+    if (hasPlaces() && name == kPosition)
+        return Part::Position;
+    if (hasPlaces() && name == kOrientation)
+        return Part::Orientation;
+    return Part::Unknown;
+}
+
+bool RecordReader::setPart(Part part, const QString& text, CMeasureBlock& block)
+{
+    if (part == Part::Flux)
+        m_state.sampleCount += m_fluxReader.read(text, block);
+    else if (part == Part::Comment)
+        block.SetComment(text);
+    else if (!m_xml.hasError()) // what is cut off is no place
+        return setPlace(part, text);
+    return true;
 }
 
 void RecordReader::skipElement()

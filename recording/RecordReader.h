@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "BlockContentDevice.h"
 #include "FluxReader.h"
 #include "RecordFormat.h"
 #include "TagLengthGuard.h"
@@ -42,12 +43,13 @@ protected:
     virtual CMeasureBlock& appendBlock() = 0;
     /// Called at the end of a dataset.
     virtual void setResultsCount() = 0;
-    enum class Outcome { Read, Unknown, Failed };
-    /// Reads the current element to its end if only this kind of record has it. A failure ends the whole
-    /// read.
-    virtual Outcome readExtraElement(CMeasureBlock& block);
+    /// An element of a block.
+    enum class Part { Unknown, Comment, Flux, Position, Orientation };
+    /// Whether records of this kind know a place of each block.
+    virtual bool hasPlaces() const { return false; }
+    /// Sets the position or the orientation of the newest block. On false the whole read ends.
+    virtual bool setPlace(Part part, const QString& text);
 
-    QXmlStreamReader& xml() { return m_xml; }
     const State& state() const { return m_state; }
 
 private:
@@ -58,7 +60,10 @@ private:
     bool readRoot();
     bool readMeasurements();
     bool readBlock(CMeasureBlock& block);
-    Outcome readBlockElement(CMeasureBlock& block);
+    /// Reads the whole content if it is plain. On false the whole read ends.
+    bool readPlainContent(CMeasureBlock& block);
+    template <class Name> Part partOf(const Name& name) const;
+    bool setPart(Part part, const QString& text, CMeasureBlock& block);
     void skipElement();
     void refuseDepth(int depth);
     bool fail(const QString& message);
@@ -66,11 +71,13 @@ private:
     bool isAt(QLatin1String elementName) const { return m_xml.name() == elementName; }
 
     Utf8XmlDevice m_text;
+    BlockContentDevice m_blocks;
     TagLengthGuard m_device;
     QXmlStreamReader m_xml;
     const RecordFormat::Kind& m_kind;
     CDataset& m_dataset;
     State& m_state;
     FluxReader m_fluxReader;
+    QString m_plainText;
     bool m_hasReadParameters = false;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "TagLengthGuard.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -12,6 +13,11 @@ constexpr char kCDataStart[] = "![CDATA[";
 constexpr char kCDataEnd[] = "]]>";
 constexpr char kInstructionEnd[] = "?>";
 constexpr int kEndLength = 3; ///< of the longest end
+
+bool endsPlainMarkup(char byte)
+{
+    return byte == '>' || byte == '"' || byte == '\'';
+}
 
 } // namespace
 
@@ -56,6 +62,15 @@ qint64 TagLengthGuard::countGood(const char* data, qint64 size)
             m_tagLength = 0;
             continue;
         }
+        if (m_place == Place::Tag) {
+            const char* const first = data + i;
+            const char* const last = first + std::min(size - i, kMaxTagLength - m_tagLength);
+            const qint64 plain = std::find_if(first, last, endsPlainMarkup) - first;
+            m_tagLength += plain;
+            i += plain;
+            if (i == size)
+                return size;
+        }
         follow(data[i]);
         if (isInTag() && ++m_tagLength > kMaxTagLength)
             return i;
@@ -99,6 +114,12 @@ void TagLengthGuard::follow(char byte)
 
 void TagLengthGuard::followStart(char byte)
 {
+    const bool isElement = m_lastBytes.isEmpty() && byte != '!' && byte != '?';
+    if (isElement) {
+        m_place = Place::Tag;
+        followMarkup(byte);
+        return;
+    }
     m_lastBytes += byte;
     const bool canBeSection =
         QByteArray::fromRawData(kCDataStart, sizeof kCDataStart - 1).startsWith(m_lastBytes) ||

@@ -96,6 +96,28 @@ void forgetPeakMemory()
         file.write("5");
 }
 
+/// What a mapping record tells, in one text.
+QString contentsOf(const QByteArray& text, const CSettings& settings)
+{
+    QBuffer buffer;
+    buffer.setData(text);
+    buffer.open(QIODevice::ReadOnly);
+    CXMLResultsSerializer serializer;
+    CDataSetMapping dataset(settings);
+    const bool isRead = serializer.ReadMapping(&buffer, dataset);
+    QString contents =
+        QStringLiteral("%1 %2 %3\n").arg(isRead).arg(dataset.ResultsCount()).arg(serializer.ErrorMessage());
+    for (const auto& block : *dataset.MeasureBlocks()) {
+        const CPosition& place = block->Position;
+        const COrientation& turn = block->Orientation;
+        contents += block->Comment() + QLatin1Char('|') + block->FormatBlockAsText(QStringLiteral(";"));
+        for (const double value : {place.X(), place.Y(), place.Z(), turn.Roll(), turn.Pitch(), turn.Yaw()})
+            contents += QLatin1Char('|') + QString::number(value, 'g', 17);
+        contents += QLatin1Char('\n');
+    }
+    return contents;
+}
+
 const QByteArray kOpenFlux =
     record(QByteArray()).split('\n').mid(0, 10).join('\n').replace("</dataset>", "") + "<measurements><flux>";
 
@@ -162,6 +184,99 @@ private slots:
             serializer.ReadMeasurement(&buffer, dataset);
             QVERIFY(dataset.MeasureBlocks()->size() <= 1);
         }
+    }
+
+    /// The XML reader reads every block whose start tag has a blank in it.
+    void plainBlocksMeanTheSame()
+    {
+        const QByteArray row = "2024.03.01T10:11:12.123456789;1;2;3;4;5;6;7";
+        const QByteArrayList pieces = {
+            "<comment>c</comment>",
+            "<comment></comment>",
+            "<comment/>",
+            "<comment>a &amp; b</comment>",
+            "<comment>\xC2\xB5T</comment>",
+            "<comment>a\r\nb\tc</comment>",
+            "<comment>a > b</comment>",
+            "<comment>]]></comment>",
+            "<comment>\x7f</comment>",
+            "<comment>\x01</comment>",
+            "<comment>measurements</comment>",
+            "<comment>:measurements</comment>",
+            "<comment><x/></comment>",
+            "<comment ></comment >",
+            "<comment unit=\"a\">u</comment>",
+            "<comment unit=\"a\" unit=\"b\">u</comment>",
+            "<comment unit='a'>u</comment>",
+            "<comment>no end",
+            "<comment>other end</flux>",
+            "<position unit=\"\">1;2;3</position>",
+            "<position unit=\"\">1e-3;-2.5;0x</position>",
+            "<position>1;2</position>",
+            "<position>1;2;3;4</position>",
+            "<orientation unit=\"degree\">4;5;6</orientation>",
+            "<flux>" + row + "</flux>",
+            "<flux>" + row + "<!-- -->\n" + row + "</flux>",
+            "<flux><![CDATA[" + row + "]]></flux>",
+            "<flux>  \n</flux>",
+            "<flux unit=\"mT\">" + row + "</flux>",
+            "<x:flux>" + row + "</x:flux>",
+            "<other><flux>" + row + "</flux></other>",
+            "<other>text</other>",
+            "<measurements><flux>" + row + "</flux></measurements>",
+            "<a:measurements a=\">\"/>",
+            "<!-- <measurements> -->",
+            "<!-- </measurements> -->",
+            "<![CDATA[<measurements>]]>",
+            "</measurements ><measurements>",
+            "</measurements><a:measurements ><comment>p</comment></a:measurements><measurements>",
+            "</measurements>&b;<measurements>",
+            "</measurements><measurements/><measurements>",
+            "text",
+            " \n\t",
+            "<",
+            "&b;",
+            "&",
+        };
+        const int usual[] = {0, 20, 24, 25};
+        std::mt19937 random(20240301);
+        const auto below = [&random](int bound) { return static_cast<int>(random() % unsigned(bound)); };
+        int plainBlocks = 0;
+        for (int i = 0; i < 400; ++i) {
+            QByteArray content;
+            for (int block = below(6); block >= 0; --block) {
+                content += "\n<measurements>";
+                for (const int piece : usual)
+                    content += pieces[below(8) > 0 ? piece : below(pieces.size())] + "\n ";
+                content += "</measurements>";
+            }
+            // What is read from the file at once is not whole blocks.
+            if (i % 40 == 0)
+                content.replace("<flux>", "<flux>" + (row + '\n').repeated(1500));
+            QByteArray plain = record(content, "1.2", "MAPPING");
+            if (below(4) == 0)
+                plain.truncate(plain.size() - below(content.size()));
+            if (below(8) == 0)
+                plain.replace(
+                    "<NorvaneXmlRecord",
+                    "<!DOCTYPE a [<!ENTITY b \"<measurements></measurements>\">]><NorvaneXmlRecord");
+            QByteArray walked = plain;
+            walked.replace("<measurements>", "<measurements >");
+            const QString contents = contentsOf(plain, m_settings);
+            QVERIFY2(contents == contentsOf(walked, m_settings), plain.right(5000));
+            plainBlocks += contents.count(QLatin1String("c|"));
+        }
+        QVERIFY(plainBlocks > 300);
+    }
+
+    void blockTagsFromAnEntity()
+    {
+        const QByteArray text =
+            record("&b;<measurements><comment>c</comment></measurements>", "1.2", "MAPPING")
+                .replace("<NorvaneXmlRecord ver",
+                         "<!DOCTYPE a [<!ENTITY b \"<measurements></measurements>\">]>"
+                         "<NorvaneXmlRecord ver");
+        QCOMPARE(contentsOf(text, m_settings), QStringLiteral("1 2 \n||0|0|0|0|0|0\nc||0|0|0|0|0|0\n"));
     }
 
     void large_data()
