@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "BoardSample.h"
 #include "CBoardClock.h"
 #include "CBoardLineParser.h"
 #include "CLineSplitter.h"
@@ -9,15 +10,6 @@
 #include <QVector>
 
 #include <optional>
-
-/// One sample of a board in the unit of the board.
-struct BoardSample
-{
-    qint64 timeNs = 0; ///< of the host's steady clock
-    FieldVector field;
-    double temperature = 0; ///< degrees Celsius; not-a-number if the board tells none
-    double step = 0;        ///< value of the last digit
-};
 
 /// Makes samples of the bytes of a board: cuts lines, reads them, places them in time and brings them to one
 /// unit. No thread of its own; one object per opened port.

@@ -104,7 +104,7 @@ bool CSerialBoardInstrument::openPort()
     if (state.unit == CUnits::UNKNOWN)
         return fail(tr("The board at %1 does not tell its unit: name it in %2")
                         .arg(m_port.location, SerialBoardSettings::FilePath()));
-    m_source = std::make_shared<CSerialBlockSource>(m_queue, state.unit, m_settings.uncertainty);
+    m_source = std::make_shared<CReadingBlockSource>(m_queue, state.unit, m_settings.uncertainty);
     fillCapabilities(state);
     return true;
 }

@@ -3,7 +3,7 @@
 
 #include "BoardPort.h"
 #include "CPortReader.h"
-#include "CSerialBlockSource.h"
+#include "CReadingBlockSource.h"
 #include "CStreamingInstrument.h"
 #include "SerialBoardSettings.h"
 
@@ -60,7 +60,7 @@ private:
     int m_speed;
     SerialBoardSettings m_settings;
     std::shared_ptr<CSampleQueue> m_queue;
-    std::shared_ptr<CSerialBlockSource> m_source;
+    std::shared_ptr<CReadingBlockSource> m_source;
     std::unique_ptr<QThread> m_readerThread;
     CPortReader* m_reader = nullptr; ///< lives in m_readerThread, which deletes it at its end
     double m_boardRate = 0;          ///< readings per second

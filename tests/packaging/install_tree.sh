@@ -21,7 +21,10 @@ prefix=$prefix-moved
 program=$(find "$prefix" -name Kestrix -type f -perm -u+x)
 directory=$(dirname "$program")
 libraries=$(realpath --relative-to="$prefix" "$directory/..")
-"$here/check_tree.sh" "$prefix" "$libraries" installed_files.txt installed_files_dev.txt
+lists=(installed_files.txt installed_files_dev.txt)
+# Only where its library is.
+[ ! -e "$build/bin/kestrix/instrument/KestrixIndustrialIo.so" ] || lists+=(installed_files_libiio.txt)
+"$here/check_tree.sh" "$prefix" "$libraries" "${lists[@]}"
 
 for kind in instrument mapper trigger; do
     cp "$examples/$kind/Example${kind^}.so" "$directory/kestrix/$kind"

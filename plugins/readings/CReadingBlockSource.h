@@ -9,12 +9,12 @@
 
 /// Makes blocks of what a board sends. A block waits until its samples have come, and lets the events of its
 /// thread happen meanwhile. In CONTINUOUS mode blocks follow one another without a gap; in the other modes a
-/// block is made of what comes from its beginning on.
-class CSerialBlockSource : public CBlockSource
+/// block is made of what comes from its beginning on. No block has samples of two series.
+class CReadingBlockSource : public CBlockSource
 {
 public:
     /// `uncertainty` in `unit`, 0 if it is not known.
-    CSerialBlockSource(std::shared_ptr<CSampleQueue> queue, CUnits::UnitType unit, double uncertainty);
+    CReadingBlockSource(std::shared_ptr<CSampleQueue> queue, CUnits::UnitType unit, double uncertainty);
 
     QSharedPointer<CMeasureBlock> NextBlock(const AcquisitionParameters& parameters,
                                             const BlockTimes& times) override;
@@ -24,6 +24,7 @@ public:
 
 private:
     bool collect(const AcquisitionParameters& parameters);
+    void dropFormerSeries();
     void fillBlock(CMeasureBlock& block, const AcquisitionParameters& parameters);
 
     std::shared_ptr<CSampleQueue> m_queue;

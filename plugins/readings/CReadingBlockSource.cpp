@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "CSerialBlockSource.h"
+#include "CReadingBlockSource.h"
 
 #include "CUnits.h"
 
@@ -51,21 +51,21 @@ quint16 temperatureCount(double temperature)
 
 } // namespace
 
-CSerialBlockSource::CSerialBlockSource(std::shared_ptr<CSampleQueue> queue, CUnits::UnitType unit,
-                                       double uncertainty)
+CReadingBlockSource::CReadingBlockSource(std::shared_ptr<CSampleQueue> queue, CUnits::UnitType unit,
+                                         double uncertainty)
     : m_queue(std::move(queue)), m_unit(unit), m_uncertainty(uncertainty)
 {
 }
 
-void CSerialBlockSource::BeginRun()
+void CReadingBlockSource::BeginRun()
 {
     m_epochNs = epochOfSteadyClock();
     m_collected.clear();
     m_queue->Clear();
 }
 
-QSharedPointer<CMeasureBlock> CSerialBlockSource::NextBlock(const AcquisitionParameters& parameters,
-                                                            const BlockTimes& /*times*/)
+QSharedPointer<CMeasureBlock> CReadingBlockSource::NextBlock(const AcquisitionParameters& parameters,
+                                                             const BlockTimes& /*times*/)
 {
     if (parameters.triggerMode != CTrigger::CONTINUOUS) {
         m_collected.clear();
@@ -80,11 +80,12 @@ QSharedPointer<CMeasureBlock> CSerialBlockSource::NextBlock(const AcquisitionPar
 }
 
 // False if it is interrupted. What has come by then belongs to the next block of a continuous run.
-bool CSerialBlockSource::collect(const AcquisitionParameters& parameters)
+bool CReadingBlockSource::collect(const AcquisitionParameters& parameters)
 {
     const int wanted = parameters.blockSize * parameters.averaging;
     while (m_collected.size() < wanted) {
         m_collected += m_queue->Take(wanted - m_collected.size(), kTurnMs);
+        dropFormerSeries();
         QCoreApplication::processEvents();
         if (QThread::currentThread()->isInterruptionRequested())
             return false;
@@ -92,7 +93,17 @@ bool CSerialBlockSource::collect(const AcquisitionParameters& parameters)
     return true;
 }
 
-void CSerialBlockSource::fillBlock(CMeasureBlock& block, const AcquisitionParameters& parameters)
+void CReadingBlockSource::dropFormerSeries()
+{
+    if (m_collected.isEmpty() || m_collected.first().series == m_collected.last().series)
+        return;
+    const auto isFormer = [series = m_collected.last().series](const BoardSample& sample) {
+        return sample.series != series;
+    };
+    m_collected.erase(std::remove_if(m_collected.begin(), m_collected.end(), isFormer), m_collected.end());
+}
+
+void CReadingBlockSource::fillBlock(CMeasureBlock& block, const AcquisitionParameters& parameters)
 {
     const auto converted = [this, &parameters](double value) {
         tFlux result = 0;

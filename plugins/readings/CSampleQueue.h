@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "CBoardDecoder.h"
+#include "BoardSample.h"
 
 #include <QMutex>
 #include <QVector>
 #include <QWaitCondition>
 
-/// Hands samples from the thread that reads the port to the one that makes blocks. Safe from any thread.
+/// Hands samples from the thread that reads a board to the one that makes blocks. Safe from any thread.
 class CSampleQueue
 {
 public:
