@@ -4,6 +4,8 @@
 #include <QCoreApplication>
 #include <QLoggingCategory>
 
+#include <algorithm>
+
 namespace {
 
 constexpr char kGrblReset = '\x18';
@@ -85,7 +87,19 @@ MachineResult CGrblController::readConfiguration()
     if (m_configuration.idleDelayMs != kGrblMotorsAlwaysOn)
         qInfo("%s: the motors are switched off at rest ($1=%d); with $1=255 they hold the probe",
               qPrintable(settings().port), m_configuration.idleDelayMs);
+    noteSlowAxes();
     return {};
+}
+
+void CGrblController::noteSlowAxes() const
+{
+    const double feed = std::max(settings().feed, settings().scanFeed);
+    const StagePlace& rate = m_configuration.maxRate;
+    const bool isSlower =
+        std::any_of(rate.cbegin(), rate.cend(), [feed](double most) { return most > 0 && most < feed; });
+    if (isSlower)
+        qInfo("%s: the feed of the settings is more than the machine's, X %g, Y %g, Z %g mm/min",
+              qPrintable(settings().port), rate[0], rate[1], rate[2]);
 }
 
 MachineResult CGrblController::Prepare()
@@ -130,20 +144,12 @@ MachineResult CGrblController::home()
     m_isHoming = true;
     if (!send("$H"))
         return silent();
-    QElapsedTimer waited;
-    waited.start();
     // Some controllers answer nothing at all while they home.
-    while (!m_heardOf.isOk) {
-        if (!listen())
-            return silent();
-        if (isInterrupted())
-            return interrupted();
-        const MachineResult result = trouble();
-        if (!result.IsDone())
-            return result;
-        if (waited.elapsed() > times().homing)
-            return {MachineResult::Kind::Silent, trGrbl("controller silent: homing does not end")};
-    }
+    const MachineResult result = await([this] { return m_heardOf.isOk; }, times().homing);
+    if (!result.IsDone())
+        return result;
+    if (!m_heardOf.isOk)
+        return {MachineResult::Kind::Silent, trGrbl("controller silent: homing does not end")};
     m_isBusy = false;
     m_isHoming = false;
     m_configuration.isHomed = true;
@@ -187,20 +193,17 @@ CGrblController::Arrival CGrblController::awaitArrival(const StagePlace& place, 
     QElapsedTimer atRest;
     QElapsedTimer moved;
     StagePlace last = m_workPlace;
+    QElapsedTimer reported;
     moved.start();
-    startListening();
+    reported.start();
     result = send(kGrblBarrier) ? MachineResult() : silent();
     while (result.IsDone()) {
         poll();
-        if (!listen() || silentMs() > times().silence) {
+        result = heed();
+        if (result.IsDone() && reported.elapsed() > times().silence)
             result = silent();
+        if (!result.IsDone())
             break;
-        }
-        if (isInterrupted()) {
-            result = interrupted();
-            break;
-        }
-        result = trouble();
         if (m_heardOf.isOk && !isAcknowledged) {
             // The report has to be younger than the acknowledgement.
             isAcknowledged = true;
@@ -209,6 +212,7 @@ CGrblController::Arrival CGrblController::awaitArrival(const StagePlace& place, 
         if (!m_heardOf.hasStatus)
             continue;
         m_heardOf.hasStatus = false;
+        reported.start();
         noteHold();
         if (!isState("Idle"))
             atRest.invalidate();
@@ -293,7 +297,7 @@ void CGrblController::reset(bool isAnswering)
     m_configuration.isHomed = wasHomed && !m_isHoming;
     m_heardOf = {};
     if (isAnswering)
-        askStatus();
+        askWorkOffset();
     else
         qWarning("%s: the machine was told to stop and does not answer", qPrintable(settings().port));
     m_heardOf = {};
@@ -311,26 +315,13 @@ MachineResult CGrblController::command(const QByteArray& line)
             qWarning("%s: a line was lost; sending it again", qPrintable(settings().port));
         if (!send(line))
             return silent();
-        QElapsedTimer waited;
-        waited.start();
-        while (!m_heardOf.isOk && waited.elapsed() < times().answer) {
-            if (!listen())
-                return silent();
-            if (isInterrupted())
-                return interrupted();
-            if (m_heardOf.error)
-                return refused(QStringLiteral("%1: error:%2, %3")
-                                   .arg(QString::fromLatin1(line))
-                                   .arg(*m_heardOf.error)
-                                   .arg(GrblLine::ErrorText(*m_heardOf.error)));
-            const MachineResult result = trouble();
-            if (!result.IsDone())
-                return result;
-        }
-        if (m_heardOf.isOk)
-            return {};
+        MachineResult result = await([this] { return m_heardOf.isOk || m_heardOf.error; }, times().answer);
+        if (m_heardOf.error && !m_heardOf.alarm && !m_heardOf.isBanner)
+            return refused(QString::fromLatin1(line) + QLatin1String(": ") + errorText());
+        if (!result.IsDone() || m_heardOf.isOk)
+            return result;
         // Is somebody there, at least?
-        const MachineResult result = askStatus();
+        result = askStatus();
         if (!result.IsDone())
             return result;
     }
@@ -340,10 +331,11 @@ MachineResult CGrblController::command(const QByteArray& line)
 MachineResult CGrblController::askStatus()
 {
     m_heardOf.hasStatus = false;
-    startListening();
+    QElapsedTimer asked;
+    asked.start();
     while (!m_heardOf.hasStatus) {
         poll();
-        if (!listen() || silentMs() > times().silence)
+        if (!listen() || asked.elapsed() > times().silence)
             return silent();
         if (isInterrupted() && !m_isBusy)
             return interrupted();
@@ -365,24 +357,9 @@ MachineResult CGrblController::askWorkOffset()
     return askStatus();
 }
 
-bool CGrblController::listen()
+bool CGrblController::take(const QByteArray& bytes)
 {
-    QByteArray bytes;
-    const CLineLink::Input input = readLine(bytes);
-    if (input == CLineLink::Input::Line)
-        take(GrblLine::Parse(bytes));
-    return input != CLineLink::Input::Lost;
-}
-
-void CGrblController::drain()
-{
-    QByteArray bytes;
-    while (link().Read(bytes, 0) == CLineLink::Input::Line)
-        take(GrblLine::Parse(bytes));
-}
-
-void CGrblController::take(const GrblLine& line)
-{
+    const GrblLine line = GrblLine::Parse(bytes);
     switch (line.kind) {
     case GrblLine::Kind::Ok:
         m_heardOf.isOk = true;
@@ -398,6 +375,8 @@ void CGrblController::take(const GrblLine& line)
         m_heardOf.isBanner = true;
         m_configuration.isHomed = false;
         m_banner = line.text;
+        // A restart ends such offsets as are not kept.
+        m_workOffset.reset();
         break;
     case GrblLine::Kind::Status:
         takeStatus(line);
@@ -413,7 +392,9 @@ void CGrblController::take(const GrblLine& line)
         break;
     case GrblLine::Kind::Other:
         qDebug("%s: not understood: %s", qPrintable(settings().port), line.text.constData());
+        return false;
     }
+    return true;
 }
 
 void CGrblController::takeStatus(const GrblLine& line)
@@ -456,11 +437,15 @@ MachineResult CGrblController::trouble() const
     if (m_heardOf.isBanner)
         return failed(trGrbl("the controller was restarted"));
     if (m_heardOf.error)
-        return failed(
-            QStringLiteral("error:%1, %2").arg(*m_heardOf.error).arg(GrblLine::ErrorText(*m_heardOf.error)));
+        return failed(errorText());
     if (isState("Alarm") && m_heardOf.hasStatus)
         return failed(trGrbl("the machine is locked by an alarm"));
     return {};
+}
+
+QString CGrblController::errorText() const
+{
+    return QStringLiteral("error:%1, %2").arg(*m_heardOf.error).arg(GrblLine::ErrorText(*m_heardOf.error));
 }
 
 void CGrblController::noteHold()

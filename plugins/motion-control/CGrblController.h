@@ -21,6 +21,8 @@ public:
 
 protected:
     MachineResult moveTo(const StagePlace& place, double feed) override;
+    bool take(const QByteArray& line) override;
+    MachineResult trouble() const override;
 
 private:
     /// What the lines since the last question told.
@@ -48,17 +50,12 @@ private:
     /// The end of a stop. A machine that does not answer is not waited for.
     void reset(bool isAnswering);
 
-    /// Takes in at most one line. False if the way to the machine is lost.
-    bool listen();
-    /// Takes in what came unasked meanwhile.
-    void drain();
-    void take(const GrblLine& line);
     void takeStatus(const GrblLine& line);
     void poll();
     bool send(const QByteArray& line);
-    /// What stands in the way of going on; done if nothing.
-    MachineResult trouble() const;
+    void noteSlowAxes() const;
     void noteHold();
+    QString errorText() const;
 
     bool isState(const char* name) const { return m_status.state == name; }
     bool isMoving() const { return isState("Run") || isState("Jog") || isState("Home"); }

@@ -7,7 +7,7 @@ CLineLink::Input CLineLink::Read(QByteArray& line, int waitMs)
 {
     QElapsedTimer timer;
     timer.start();
-    while (!m_splitter.Take(line)) {
+    while (m_lines.isEmpty()) {
         const qint64 left = waitMs - timer.elapsed();
         if (left < 0)
             return Input::Nothing;
@@ -16,7 +16,14 @@ CLineLink::Input CLineLink::Read(QByteArray& line, int waitMs)
             return Input::Lost;
         if (bytes.isEmpty() && left == 0)
             return Input::Nothing;
-        m_splitter.Add(bytes);
+        m_lines += m_splitter.Feed(bytes);
     }
+    line = m_lines.takeFirst();
     return Input::Line;
+}
+
+void CLineLink::ForgetInput()
+{
+    m_splitter = {};
+    m_lines.clear();
 }

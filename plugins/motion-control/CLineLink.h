@@ -30,8 +30,9 @@ public:
 protected:
     /// Bytes that came within the time, or none. False if the way is lost.
     virtual bool ReadBytes(QByteArray& bytes, int waitMs) = 0;
-    void ForgetInput() { m_splitter = {}; }
+    void ForgetInput();
 
 private:
     CLineSplitter m_splitter;
+    QList<QByteArray> m_lines; ///< complete and not taken yet
 };

@@ -10,6 +10,8 @@ namespace {
 /// How soon an interruption is seen.
 constexpr int kSliceMs = 10;
 constexpr double kDigitsOfMove = 1000;
+/// Beyond all machines: a place that no command can tell.
+constexpr double kGreatestPlace = 1e6;
 constexpr char kMoveLetters[] = "XYZ";
 
 QString trMachine(const char* text)
@@ -28,12 +30,15 @@ CMachineController::CMachineController(CLineLink& link, StageSettings settings, 
 
 MachineResult CMachineController::MoveTo(const StagePlace& place, double feed)
 {
+    // What is stopped already does not even begin.
+    if (isInterrupted())
+        return interrupted();
     StagePlace goal = sumOf(place, m_settings.offset);
     for (size_t axis = 0; axis < goal.size(); ++axis) {
         goal[axis] = std::round(goal[axis] * kDigitsOfMove) / kDigitsOfMove;
         // Written so that not-a-number is refused, too.
         if (!(goal[axis] >= m_settings.min[axis] && goal[axis] <= m_settings.max[axis]) ||
-            !std::isfinite(goal[axis]))
+            std::abs(goal[axis]) > kGreatestPlace)
             return refused(trMachine("%1 %2 mm is outside the limits of the settings")
                                .arg(QLatin1Char(kMoveLetters[axis]))
                                .arg(goal[axis]));
@@ -41,13 +46,42 @@ MachineResult CMachineController::MoveTo(const StagePlace& place, double feed)
     return moveTo(goal, feed);
 }
 
-CLineLink::Input CMachineController::readLine(QByteArray& line)
+bool CMachineController::listen()
 {
+    QByteArray line;
     const CLineLink::Input input = m_link.Read(line, kSliceMs);
-    if (input == CLineLink::Input::Line)
+    if (input == CLineLink::Input::Line && take(line))
         m_heard.start();
     m_hooks.onTick();
-    return input;
+    return input != CLineLink::Input::Lost;
+}
+
+MachineResult CMachineController::heed()
+{
+    if (!listen())
+        return silent();
+    if (isInterrupted())
+        return interrupted();
+    return trouble();
+}
+
+MachineResult CMachineController::await(const std::function<bool()>& isOver, qint64 limitMs)
+{
+    QElapsedTimer waited;
+    waited.start();
+    MachineResult result;
+    while (result.IsDone() && !isOver() && waited.elapsed() < limitMs)
+        result = heed();
+    return result;
+}
+
+void CMachineController::drain()
+{
+    QByteArray line;
+    QElapsedTimer drained;
+    drained.start();
+    while (drained.elapsed() < m_times.answer && m_link.Read(line, 0) == CLineLink::Input::Line)
+        take(line);
 }
 
 void CMachineController::tellPlace(const StagePlace& workPlace)

@@ -17,8 +17,10 @@ struct MachineTimes
     int silence = 3000; ///< without one byte, while something is asked for again and again
     int homing = 180000;
     int stall = 10000; ///< said to be under way without getting anywhere
+    int busy = 180000; ///< said to be busy beyond what a line ought to take
     int halt = 3000;   ///< to come to rest after a stop
     int poll = 100;
+    int quiet = 200; ///< from one answer to the next, if there is one
 };
 
 /// What became of something that a machine was asked for.
@@ -77,9 +79,21 @@ protected:
     /// `place` is the machine's, offset included and rounded to what can be sent.
     virtual MachineResult moveTo(const StagePlace& place, double feed) = 0;
 
-    /// Waits a little for a line. Lost counts as silence.
-    CLineLink::Input readLine(QByteArray& line);
-    /// Since the last byte came.
+    /// Takes in a line. False if it is none of the machine's language: somebody else may be at the port, and
+    /// chatter is no sign of life.
+    virtual bool take(const QByteArray& line) = 0;
+    /// What stands in the way of going on; done if nothing.
+    virtual MachineResult trouble() const = 0;
+
+    /// Waits a little for a line, and takes in at most one. False if the way to the machine is lost.
+    bool listen();
+    /// The same. Not done if the way is lost, the user interrupts, or there is trouble.
+    MachineResult heed();
+    /// Heeds until `isOver` says so; done, too, when the time is up.
+    MachineResult await(const std::function<bool()>& isOver, qint64 limitMs);
+    /// Takes in what came unasked meanwhile.
+    void drain();
+    /// Since the machine was last understood, or asked.
     qint64 silentMs() const { return m_heard.elapsed(); }
     void startListening() { m_heard.start(); }
     bool isInterrupted() const { return m_hooks.isInterrupted(); }

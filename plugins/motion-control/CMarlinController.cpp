@@ -12,12 +12,13 @@ constexpr int kMarlinTrials = 3;
 constexpr int kMarlinResends = 10;
 /// A printer loads its boot loader, its settings and its screen first.
 constexpr int kMarlinStartFactor = 4;
-/// From an answer to the next if there is one.
-constexpr int kMarlinQuietMs = 200;
+constexpr int kMarlinSliceMs = 10;
 constexpr double kSecondsPerMinute = 60;
 constexpr double kMsPerSecond = 1000;
 /// Of a feed that is not told.
 constexpr double kMarlinAssumedFeed = 1000;
+/// No move takes longer than a day.
+constexpr double kMarlinMaxSeconds = 86400;
 constexpr char kMarlinLetters[] = "XYZ";
 
 QString trMarlin(const char* text)
@@ -65,17 +66,34 @@ MachineResult CMarlinController::greet()
         }
         const bool isAnswered = m_heardOf.isOk;
         // The rest of its greeting, and answers to earlier trials.
-        startListening();
-        while (silentMs() < kMarlinQuietMs) {
-            if (!listen())
-                return silent();
-        }
+        if (!letFinish())
+            return silent();
         if (isAnswered && !m_heardOf.isStart) {
             m_lineNumber = 0;
             return {};
         }
     }
     return silent();
+}
+
+bool CMarlinController::letFinish()
+{
+    QElapsedTimer quiet;
+    QElapsedTimer waited;
+    quiet.start();
+    waited.start();
+    // Whatever it says counts here, though a port that is never quiet is not waited for.
+    while (quiet.elapsed() < times().quiet && waited.elapsed() < times().banner) {
+        QByteArray line;
+        const CLineLink::Input input = link().Read(line, kMarlinSliceMs);
+        if (input == CLineLink::Input::Lost)
+            return false;
+        if (input == CLineLink::Input::Nothing)
+            continue;
+        take(line);
+        quiet.start();
+    }
+    return true;
 }
 
 MachineResult CMarlinController::Prepare()
@@ -137,7 +155,7 @@ MachineResult CMarlinController::moveTo(const StagePlace& place, double feed)
     if (result.IsDone())
         result = passTime(from, place, seconds);
     if (result.IsDone())
-        result = command("M400", times().stall + static_cast<int>(seconds * kMsPerSecond));
+        result = command("M400", times().stall + static_cast<qint64>(seconds * kMsPerSecond));
     if (result.IsDone())
         result = askPlace();
     if (!result.IsDone())
@@ -188,7 +206,7 @@ void CMarlinController::Halt()
     m_heardOf = {};
     startListening();
     // Its answer, and those that were still to come.
-    while (waited.elapsed() < times().halt && !(m_heardOf.isOk && silentMs() > kMarlinQuietMs) && listen()) {
+    while (waited.elapsed() < times().halt && !(m_heardOf.isOk && silentMs() > times().quiet) && listen()) {
     }
     const bool isAnswering = m_heardOf.isOk;
     m_heardOf = {};
@@ -199,7 +217,7 @@ void CMarlinController::Halt()
     m_isHoming = false;
 }
 
-MachineResult CMarlinController::command(const QByteArray& line, int limitMs)
+MachineResult CMarlinController::command(const QByteArray& line, qint64 limitMs)
 {
     drain();
     const QByteArray numbered = MarlinLine::Numbered(++m_lineNumber, line);
@@ -209,6 +227,8 @@ MachineResult CMarlinController::command(const QByteArray& line, int limitMs)
     bool isTaken = false;
     m_heardOf.isOk = false;
     m_heardOf.resend.reset();
+    QElapsedTimer waited;
+    waited.start();
     while (!m_heardOf.isOk) {
         if (isToBeSent && !link().Write(numbered))
             return silent();
@@ -222,6 +242,8 @@ MachineResult CMarlinController::command(const QByteArray& line, int limitMs)
         const MachineResult result = trouble();
         if (!result.IsDone())
             return result;
+        if (waited.elapsed() > limitMs * kMarlinTrials + times().busy)
+            return failed(trMarlin("the machine is busy without end"));
         if (m_heardOf.resend) {
             if (*m_heardOf.resend > m_lineNumber + 1 || ++numResends > kMarlinResends)
                 return failed(trMarlin("the machine has lost count of the lines"));
@@ -247,9 +269,8 @@ bool CMarlinController::isToBeSentAgain()
         qWarning("%s: a line came damaged; sending it again", qPrintable(settings().port));
     // The request has an `ok` of its own, which is none for the line.
     m_heardOf.isOk = false;
+    await([this] { return m_heardOf.isOk; }, times().quiet);
     startListening();
-    while (!m_heardOf.isOk && silentMs() < kMarlinQuietMs && listen()) {
-    }
     m_heardOf.isOk = false;
     m_heardOf.resend.reset();
     return !isTaken;
@@ -264,7 +285,7 @@ double CMarlinController::secondsOf(const StagePlace& from, const StagePlace& to
         if (m_maxFeed[axis] > 0)
             seconds = std::max(seconds, std::abs(way[axis]) / m_maxFeed[axis]);
     }
-    return seconds;
+    return std::min(seconds, kMarlinMaxSeconds);
 }
 
 std::optional<QString> CMarlinController::whyOutside(const StagePlace& place) const
@@ -282,25 +303,9 @@ std::optional<QString> CMarlinController::whyOutside(const StagePlace& place) co
     return std::nullopt;
 }
 
-bool CMarlinController::listen()
+bool CMarlinController::take(const QByteArray& bytes)
 {
-    QByteArray bytes;
-    const CLineLink::Input input = readLine(bytes);
-    if (input == CLineLink::Input::Line)
-        take(MarlinLine::Parse(bytes));
-    return input != CLineLink::Input::Lost;
-}
-
-void CMarlinController::drain()
-{
-    QByteArray bytes;
-    while (link().Read(bytes, 0) == CLineLink::Input::Line)
-        take(MarlinLine::Parse(bytes));
-    m_heardOf.resend.reset();
-}
-
-void CMarlinController::take(const MarlinLine& line)
-{
+    const MarlinLine line = MarlinLine::Parse(bytes);
     switch (line.kind) {
     case MarlinLine::Kind::Ok:
         m_heardOf.isOk = true;
@@ -338,9 +343,11 @@ void CMarlinController::take(const MarlinLine& line)
         break;
     case MarlinLine::Kind::Busy:
     case MarlinLine::Kind::LineFault:
-    case MarlinLine::Kind::Other:
         break;
+    case MarlinLine::Kind::Other:
+        return false;
     }
+    return true;
 }
 
 MachineResult CMarlinController::trouble() const

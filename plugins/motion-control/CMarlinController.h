@@ -19,6 +19,8 @@ public:
 
 protected:
     MachineResult moveTo(const StagePlace& place, double feed) override;
+    bool take(const QByteArray& line) override;
+    MachineResult trouble() const override;
 
 private:
     /// What the lines since the last question told.
@@ -37,18 +39,17 @@ private:
     MachineResult askPlace();
     /// Until the move ought to be over.
     MachineResult passTime(const StagePlace& from, const StagePlace& to, double seconds);
-    /// Sends a line and waits for its `ok`. Nothing at all for `limitMs` makes it be sent again, and then
+    /// Sends a line and waits for its `ok`. No sign of life for `limitMs` makes it be sent again, and then
     /// count as silence.
-    MachineResult command(const QByteArray& line, int limitMs);
+    MachineResult command(const QByteArray& line, qint64 limitMs);
     /// After a request to send from some line on: false if the machine has this one.
     bool isToBeSentAgain();
     double secondsOf(const StagePlace& from, const StagePlace& to, double feed) const;
     std::optional<QString> whyOutside(const StagePlace& place) const;
 
-    bool listen();
-    void drain();
-    void take(const MarlinLine& line);
-    MachineResult trouble() const;
+    /// Lets the answers to what was sent before come, until nothing has come for a while. False if the way to
+    /// the machine is lost.
+    bool letFinish();
 
     std::optional<MarlinLine> m_limits;
     StagePlace m_maxFeed{}; ///< millimetres per second; 0 where not told

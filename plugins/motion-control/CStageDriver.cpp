@@ -33,6 +33,7 @@ void CStageDriver::Start(const StageSettings& settings)
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
+        m_isInSession = true;
         m_wantedSession = settings;
         m_wantedPlace.reset();
         m_isScanWanted = false;
@@ -49,7 +50,8 @@ void CStageDriver::GoTo(const StagePlace& place)
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_wantedPlace = place;
+        if (m_isInSession)
+            m_wantedPlace = place;
     }
     m_changed.notify_all();
 }
@@ -58,7 +60,7 @@ void CStageDriver::Scan()
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_isScanWanted = true;
+        m_isScanWanted = m_isInSession;
     }
     m_changed.notify_all();
 }
@@ -66,6 +68,7 @@ void CStageDriver::Scan()
 void CStageDriver::Stop()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
+    m_isInSession = false;
     m_wantedSession.reset();
     m_wantedPlace.reset();
     m_isScanWanted = false;
@@ -221,6 +224,8 @@ bool CStageDriver::isDone(const MachineResult& result)
         qWarning("%s: %s", qPrintable(m_settings.port), qPrintable(result.text));
     if (result.kind == MachineResult::Kind::Refused)
         return false;
+    // What is passed while it comes to rest is no point of the map.
+    m_path = nullptr;
     m_controller->Halt();
     if (result.kind != MachineResult::Kind::Interrupted)
         m_isReady = false;

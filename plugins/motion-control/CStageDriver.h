@@ -39,9 +39,10 @@ public:
 
     /// Begins a session: connects if need be.
     void Start(const StageSettings& settings);
-    /// The place is gone to after what is under way.
+    /// The place is gone to after what is under way. Without effect out of a session: whoever asks late must
+    /// not move what was stopped.
     void GoTo(const StagePlace& place);
-    /// Follows the path of the settings.
+    /// Follows the path of the settings. Without effect out of a session.
     void Scan();
     /// Ends the session. The machine has been told to stop when this returns, and comes to rest meanwhile.
     void Stop();
@@ -84,6 +85,7 @@ private:
 
     mutable std::mutex m_mutex; ///< of all below
     std::condition_variable m_changed;
+    bool m_isInSession = false;
     std::optional<StageSettings> m_wantedSession;
     std::optional<StagePlace> m_wantedPlace;
     bool m_isScanWanted = false;

@@ -18,13 +18,19 @@ bool takeAxis(StagePlace& values, int first, int number, double value)
     return true;
 }
 
+/// What is no byte is no setting of this kind.
+int wholeOf(double value)
+{
+    return value >= 0 && value <= 255 ? static_cast<int>(value) : 0;
+}
+
 } // namespace
 
 void GrblConfiguration::TakeSetting(int number, double value)
 {
     switch (number) {
     case 1:
-        idleDelayMs = static_cast<int>(value);
+        idleDelayMs = wholeOf(value);
         return;
     case 13:
         isInInches = value != 0;
@@ -36,10 +42,10 @@ void GrblConfiguration::TakeSetting(int number, double value)
         hasHoming = value != 0;
         return;
     case 23:
-        homingMask = static_cast<int>(value);
+        homingMask = wholeOf(value);
         return;
     default:
-        if (!takeAxis(maxRate, 110, number, value) && !takeAxis(acceleration, 120, number, value))
+        if (!takeAxis(maxRate, 110, number, value))
             takeAxis(travel, 130, number, value);
     }
 }

@@ -19,7 +19,6 @@ struct GrblConfiguration
     int homingMask = 0;           ///< $23: axes that home towards their negative end
     int idleDelayMs = 255;        ///< $1; 255: the motors stay on
     StagePlace maxRate{};         ///< $110 to $112, millimetres per minute; 0 where not told
-    StagePlace acceleration{};    ///< $120 to $122, millimetres per second squared
     StagePlace travel{};          ///< $130 to $132
 
     void TakeSetting(int number, double value);

@@ -128,7 +128,8 @@ GrblLine GrblLine::Parse(const QByteArray& line)
         const int equals = trimmed.indexOf('=');
         bool ok = false;
         result.value = trimmed.mid(equals + 1).toDouble(&ok);
-        return as(Kind::Setting, equals > 1 && ok && parseNumber(trimmed.mid(1, equals - 1), result.number));
+        return as(Kind::Setting, equals > 1 && ok && std::isfinite(result.value) &&
+                                     parseNumber(trimmed.mid(1, equals - 1), result.number));
     }
     if (trimmed.startsWith("[OPT:")) {
         result.text = trimmed.mid(5).split(',').first();

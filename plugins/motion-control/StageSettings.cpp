@@ -14,7 +14,7 @@ namespace {
 constexpr char kStageAxisKeys[] = "XYZ";
 constexpr int kMaxScanLines = 10000;
 constexpr double kMinScanSpacing = 0.01;
-constexpr double kMinScanFeed = 1;
+constexpr double kMinFeed = 1;
 
 void readStagePlace(const CIniReader& reader, const char* key, StagePlace& place)
 {
@@ -62,10 +62,10 @@ StageSettings StageSettings::Load(const QString& fileName)
     reader.Read("Scan/Feed", settings.scanFeed);
 
     settings.baudRate = std::max(settings.baudRate, 1);
-    settings.feed = std::max(settings.feed, 0.0);
+    settings.feed = settings.feed > 0 ? std::max(settings.feed, kMinFeed) : 0;
     settings.scanLines = std::clamp(settings.scanLines, 1, kMaxScanLines);
     settings.scanSpacing = std::max(settings.scanSpacing, kMinScanSpacing);
-    settings.scanFeed = std::max(settings.scanFeed, kMinScanFeed);
+    settings.scanFeed = std::max(settings.scanFeed, kMinFeed);
     return settings;
 }
 

@@ -36,6 +36,8 @@ CBoardDecoder::CBoardDecoder(CUnits::UnitType unit, double scale,
                              const QVector<CBoardLineParser::Column>& columns)
     : m_unit(unit), m_scale(scale), m_parser(columns)
 {
+    // The board is in the middle of a line.
+    m_splitter.Interrupt();
 }
 
 QVector<BoardSample> CBoardDecoder::Feed(const QByteArray& bytes, qint64 arrivalNs)

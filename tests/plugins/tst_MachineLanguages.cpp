@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "CLineSplitter.h"
 #include "CPlaceEstimate.h"
 #include "CScanPath.h"
 #include "CStageDialog.h"
@@ -156,6 +155,12 @@ private slots:
                 configuration.TakeSetting(setting.first, setting.second);
         }
         configuration.isHomed = isHomed;
+        // What is no setting of a machine changes nothing.
+        for (const char* line : {"$130=nan", "$131=inf", "$23=1e300", "$1=-1e300", "$130=", "$x=5", "$=1"}) {
+            const GrblLine parsed = GrblLine::Parse(line);
+            if (parsed.kind == Kind::Setting && parsed.number != 23)
+                configuration.TakeSetting(parsed.number, parsed.value);
+        }
         const double y = configuration.hasForcedOrigin && configuration.homingMask == 2 ? 1 : 0;
         QCOMPARE(!configuration.WhyOutside({x, y, 0}), isInside);
         if (!isInside)
@@ -273,30 +278,6 @@ private slots:
         QCOMPARE(MarlinLine::Numbered(3, "T0"), QByteArray("N3 T0*57\n"));
     }
 
-    void linesInPieces()
-    {
-        CLineSplitter splitter;
-        QByteArray line;
-        QVERIFY(!splitter.Take(line));
-        splitter.Add("\r\no");
-        QVERIFY(!splitter.Take(line));
-        splitter.Add("k\r\n\r\n<Idle>\nrest");
-        QVERIFY(splitter.Take(line));
-        QCOMPARE(line, QByteArray("ok"));
-        QVERIFY(splitter.Take(line));
-        QCOMPARE(line, QByteArray("<Idle>"));
-        QVERIFY(!splitter.Take(line));
-        splitter.Add("\r");
-        QVERIFY(splitter.Take(line));
-        QCOMPARE(line, QByteArray("rest"));
-        // Noise without an end of line is not kept for ever.
-        splitter.Add(QByteArray(CLineSplitter::kMaxLineBytes + 1, 'x'));
-        QVERIFY(!splitter.Take(line));
-        splitter.Add("ok\n");
-        QVERIFY(splitter.Take(line));
-        QCOMPARE(line, QByteArray("ok"));
-    }
-
     void placeBetweenReports()
     {
         CPlaceEstimate estimate;
@@ -349,6 +330,11 @@ private slots:
         const StageSettings defaults = StageSettings::Load(kSettingsFile);
         QVERIFY(!defaults.HasPort());
         QCOMPARE(defaults.baudRate, 115200);
+        writeSettings(kSettingsFile, "[Machine]\nFeed=0.01\n[Scan]\nFeed=-3\n");
+        QCOMPARE(StageSettings::Load(kSettingsFile).feed, 1.0);
+        QCOMPARE(StageSettings::Load(kSettingsFile).scanFeed, 1.0);
+        writeSettings(kSettingsFile, "[Machine]\nFeed=-5\n");
+        QCOMPARE(StageSettings::Load(kSettingsFile).feed, 0.0);
         QVERIFY(!defaults.isHoming);
         writeSettings(kSettingsFile,
                       "[Machine]\nPort=/dev/ttyUSB3\nBaudRate=250000\nFeed=750.5\nSettleMs=20\n"

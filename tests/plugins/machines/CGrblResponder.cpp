@@ -39,6 +39,7 @@ void CGrblResponder::OnByte(char byte)
         return;
     case '!':
         ++m_numHolds;
+        m_heldAtX = m_motion.At[0];
         m_motion.Hold();
         return;
     case '~':
@@ -206,6 +207,8 @@ void CGrblResponder::restart()
     m_isHalted = false;
     m_isHoming = false;
     m_numReports = 0;
+    if (m_numResets > 1)
+        WorkOffset = OffsetAfterStop.value_or(WorkOffset);
     if (!Noise.isEmpty())
         send(Noise);
     send("");

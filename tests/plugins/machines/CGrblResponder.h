@@ -6,6 +6,7 @@
 #include <QMap>
 
 #include <deque>
+#include <optional>
 
 /// Answers as a GRBL 1.1 controller does, as far as its documents tell.
 class CGrblResponder : public CMachineResponder
@@ -22,9 +23,10 @@ public:
     bool IsHomingSilent = false;  ///< `$H` is answered by nothing, and nothing else is meanwhile
     /// `G4` is acknowledged before the moves are done, which begin late: it says Idle where it was.
     bool IsBarrierInstant = false;
-    int ErrorOfMoves = 0;      ///< answers moves with it
-    double AlarmBeyondX = 1e9; ///< a limit switch
-    QByteArray Noise;          ///< before the banner
+    std::optional<CMotionModel::Place> OffsetAfterStop; ///< the second restart ends one that is not kept
+    int ErrorOfMoves = 0;                               ///< answers moves with it
+    double AlarmBeyondX = 1e9;                          ///< a limit switch
+    QByteArray Noise;                                   ///< before the banner
     // Of lines that begin so, the next ones are lost, or are done without an answer.
     QByteArray LostBeginning;
     int NumLinesToLose = 0;
@@ -34,6 +36,8 @@ public:
     CMotionModel& Motion() { return m_motion; }
     int NumResets() const { return m_numResets; }
     int NumHolds() const { return m_numHolds; }
+    /// X where the machine was held.
+    double HeldAtX() const { return m_heldAtX; }
 
 protected:
     void OnByte(char byte) override;
@@ -64,4 +68,5 @@ private:
     int m_numReports = 0;
     std::atomic<int> m_numResets{0};
     std::atomic<int> m_numHolds{0};
+    std::atomic<double> m_heldAtX{0};
 };

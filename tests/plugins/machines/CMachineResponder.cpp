@@ -78,19 +78,28 @@ bool CMachineResponder::IsMoving() const
     return m_motion.IsMoving();
 }
 
-double CMachineResponder::FurthestX() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_furthestX;
-}
-
 void CMachineResponder::send(const QByteArray& line)
 {
-    if (IsMute)
+    if (IsMute || IsBabbling)
         return;
     const QByteArray bytes = line + "\r\n";
     if (write(m_master, bytes.constData(), static_cast<size_t>(bytes.size())) != bytes.size())
         qWarning("the pseudo-terminal is full");
+}
+
+// As a board with a sensor does, three hundred times a second; half of it comes from before the speed was
+// set.
+void CMachineResponder::babble(double elapsedS)
+{
+    constexpr double kPeriodS = 1.0 / 300;
+    m_sinceBabbleS += elapsedS;
+    if (!IsBabbling || m_sinceBabbleS < kPeriodS)
+        return;
+    m_sinceBabbleS = 0;
+    const QByteArray bytes("\xFE\x00\x91 12.5,-3.25,40.75\r\n", 22);
+    // What nobody reads is lost.
+    if (write(m_master, bytes.constData(), static_cast<size_t>(bytes.size())) < 0)
+        m_sinceBabbleS = -1;
 }
 
 void CMachineResponder::loop()
@@ -104,9 +113,10 @@ void CMachineResponder::loop()
         const ssize_t count = read(m_master, bytes, sizeof bytes);
         const auto now = Clock::now();
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_motion.Advance(std::chrono::duration<double>(now - last).count());
+        const double elapsedS = std::chrono::duration<double>(now - last).count();
+        m_motion.Advance(elapsedS);
+        babble(elapsedS);
         last = now;
-        m_furthestX = std::max(m_furthestX, m_motion.At[0]);
         OnTick();
         for (ssize_t i = 0; i < count; ++i)
             OnByte(bytes[i]);

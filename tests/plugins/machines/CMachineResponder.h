@@ -29,10 +29,9 @@ public:
     void ForgetLines();
     CMotionModel::Place Place() const;
     bool IsMoving() const;
-    /// The largest place on X so far.
-    double FurthestX() const;
 
-    std::atomic<bool> IsMute{false}; ///< answers nothing any more, and its motion goes on
+    std::atomic<bool> IsMute{false};     ///< answers nothing any more, and its motion goes on
+    std::atomic<bool> IsBabbling{false}; ///< nor does what it says without a pause make any sense
 
 protected:
     /// Both are called with the lock held.
@@ -46,13 +45,14 @@ protected:
 
 private:
     void loop();
+    void babble(double elapsedS);
 
     int m_master = -1;
     int m_slave = -1;
     QString m_port;
+    double m_sinceBabbleS = 0;
     std::thread m_thread;
     std::atomic<bool> m_isToEnd{false};
     mutable std::mutex m_mutex; ///< of all below, and of the derived class's
     QList<QByteArray> m_lines;
-    double m_furthestX = -1e9;
 };

@@ -14,6 +14,14 @@ void keep(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QStri
 
 } // namespace
 
+QByteArray textOf(const StagePlace& place)
+{
+    QByteArray text;
+    for (const double value : place)
+        text += QByteArray::number(value, 'f', 2) + ' ';
+    return text.trimmed();
+}
+
 ThreadLog::ThreadLog() : m_previous(qInstallMessageHandler(keep))
 {
     const std::lock_guard<std::mutex> lock(logMutex);

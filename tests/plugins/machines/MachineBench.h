@@ -9,6 +9,11 @@
 
 #include <atomic>
 
+/// How long a test waits for what is to come: a busy machine may be slow.
+constexpr int kPatienceMs = 30000;
+
+QByteArray textOf(const StagePlace& place);
+
 /// Collects the log of all threads while it lives.
 class ThreadLog
 {
@@ -23,38 +28,60 @@ private:
     QtMessageHandler m_previous;
 };
 
-/// A driver with the real serial port before a responder, and little patience.
+/// A driver with the real serial port before a responder.
 template <class Controller> class MachineBench
 {
 public:
-    explicit MachineBench(CMachineResponder& responder)
+    explicit MachineBench(CMachineResponder& responder, const MachineTimes& times = PatientTimes())
         : driver([] { return std::make_unique<CSerialLink>(); },
-                 [](CLineLink& link, const StageSettings& settings, const MachineTimes& times,
+                 [](CLineLink& link, const StageSettings& settings, const MachineTimes& machineTimes,
                     const MachineHooks& hooks) {
-                     return std::make_unique<Controller>(link, settings, times, hooks);
+                     return std::make_unique<Controller>(link, settings, machineTimes, hooks);
                  },
-                 {[this] { ++numArrivals; },
+                 {[this, &responder] {
+                      wasAtRest = wasAtRest && !responder.IsMoving();
+                      ++numArrivals;
+                  },
                   [this](const StagePlace& place) {
                       const std::lock_guard<std::mutex> lock(mutex);
                       points.append(place[0]);
                   }},
-                 ShortTimes())
+                 times)
     {
         settings.port = responder.Port();
         settings.feed = 6000;
         settings.settleMs = 5;
     }
 
-    static MachineTimes ShortTimes()
+    /// For tests in which no time is up, however busy the computer is.
+    static MachineTimes PatientTimes()
     {
         MachineTimes times;
-        times.banner = 300;
-        times.answer = 400;
-        times.silence = 600;
-        times.homing = 700;
-        times.stall = 1000;
-        times.halt = 1500;
+        times.banner = kPatienceMs;
+        times.answer = kPatienceMs;
+        times.silence = kPatienceMs;
+        times.homing = kPatienceMs;
+        times.stall = kPatienceMs;
+        times.halt = kPatienceMs;
         times.poll = 15;
+        times.quiet = 30;
+        return times;
+    }
+    /// For tests in which lines get lost.
+    static MachineTimes AlertTimes()
+    {
+        MachineTimes times = PatientTimes();
+        times.answer = 150;
+        return times;
+    }
+    /// For tests that wait for the end of the driver's patience.
+    static MachineTimes HastyTimes()
+    {
+        MachineTimes times = AlertTimes();
+        times.banner = 100;
+        times.silence = 400;
+        times.homing = 200;
+        times.halt = 150;
         return times;
     }
 
@@ -66,6 +93,7 @@ public:
 
     StageSettings settings;
     std::atomic<int> numArrivals{0};
+    std::atomic<bool> wasAtRest{true}; ///< the machine, at every arrival
     std::mutex mutex;
     QList<double> points; ///< X of each
     ThreadLog log;
