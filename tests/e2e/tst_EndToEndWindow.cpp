@@ -96,6 +96,8 @@ private slots:
     {
         Scenario::WriteSimulationSettings(
             QStringLiteral("[Instruments]\nCount=2\nCalibrationDate=2020-02-29\n"));
+        // A real port that is chosen below must bring no board into the list.
+        Scenario::WriteSerialBoardSettings(QStringLiteral("[Port]\nName=/nowhere/port\n"));
         startWithDefaultInstrument();
         QCOMPARE(driver().Text(QStringLiteral("statusSerial"), QStringLiteral("value")), kSimulated);
         QVERIFY(driver().IsVisible(QStringLiteral("resumeButton")));
