@@ -152,6 +152,10 @@ private slots:
 
     void logDialog()
     {
+        // The dialogs must not burst with the font of the desktop.
+        QFont desktopFont = QGuiApplication::font();
+        desktopFont.setPointSize(18);
+        QGuiApplication::setFont(desktopFont);
         scenario().Start(Scenario::Shipped);
         CMainViewModel& shell = *scenario().Application()->MainViewModel();
         CLogFilterProxyModel* const proxy = shell.LogMessageProxy();
@@ -183,6 +187,10 @@ private slots:
         QQuickItem* list = driver().Find(QStringLiteral("logMessageList"));
         QTRY_VERIFY(list->property("count").toInt() > 35);
         QTRY_VERIFY(driver().FindPopup(QStringLiteral("logDialog"))->property("opened").toBool());
+        const auto* const header =
+            driver().FindPopup(QStringLiteral("logDialog"))->property("header").value<QQuickItem*>();
+        QVERIFY(header);
+        QCOMPARE(header->property("font").value<QFont>().pointSize(), 9);
         QVERIFY(list->property("contentHeight").toReal() > list->height());
         QVERIFY(list->property("atYEnd").toBool());
 
