@@ -42,6 +42,9 @@ ApplicationWindow {
     minimumHeight: minimumResolutionHeight - smallSizeOffset
     title: OrganizationName + " " + AppName + " v" + Version
     font.family: Style.LetterFontFamily
+    // All else has sizes of its own. Titles and check boxes would grow with the desktop's font, and their places do not;
+    // the desktop's scale makes everything larger.
+    font.pointSize: 9
 
     onClosing: close.accepted = MainViewModel.exitApplicationAllowed()
     onHeightChanged: MainViewModel.MainWindowHeight = height

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs the packages of scripts/package.sh in a clean Debian root, starts the program there as an ordinary user on a
 # private display, records with the simulated instrument and with the template of an instrument that is built against the
-# packages, and takes screenshots. Then the same with the archive of scripts/appdir.sh, if it was made, without Qt. Needs root, debootstrap and a Debian mirror; takes a few minutes.
+# packages beside those of a mapper and a trigger, and takes screenshots. Then the same with the archive of
+# scripts/appdir.sh, if it was made, without Qt. Needs root, debootstrap and a Debian mirror; takes a few minutes.
 #   scripts/test-package.sh [OUTPUT_DIRECTORY]     (build/package/test)
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -5,6 +5,7 @@
 #include "SerialBoardSettings.h"
 
 #include <QSettings>
+#include <QSignalBlocker>
 
 namespace {
 
@@ -61,7 +62,17 @@ void CSerialBoardListProvider::SetSerialPortSettings(QString port, int baudRate)
     if (m_instrument)
         m_instrument->SetSpeed(speed);
     keep();
-    look();
+
+    const QSharedPointer<CSerialBoardInstrument> before = m_instrument;
+    {
+        const QSignalBlocker blocker(this);
+        look();
+    }
+    // Told later. Who saves the port saves a choice of the default instrument next, and news of the list in
+    // between would put that choice back to the stored one.
+    if (m_instrument != before)
+        QMetaObject::invokeMethod(this, &CInstrumentListProvider::InstrumentListUpdated,
+                                  Qt::QueuedConnection);
 }
 
 void CSerialBoardListProvider::load()

@@ -97,6 +97,8 @@ private slots:
     {
         Scenario::WriteSimulationSettings(
             QStringLiteral("[Instruments]\nCount=2\nCalibrationDate=2020-02-29\n"));
+        // A real port that is chosen below must bring no board into the list.
+        Scenario::WriteSerialBoardSettings(QStringLiteral("[Port]\nName=/nowhere/port\n"));
         startWithDefaultInstrument();
         QCOMPARE(driver().Text(QStringLiteral("statusSerial"), QStringLiteral("value")), kSimulated);
         QVERIFY(driver().IsVisible(QStringLiteral("resumeButton")));
@@ -151,6 +153,10 @@ private slots:
 
     void logDialog()
     {
+        // The dialogs must not burst with the font of the desktop.
+        QFont desktopFont = QGuiApplication::font();
+        desktopFont.setPointSize(18);
+        QGuiApplication::setFont(desktopFont);
         scenario().Start(Scenario::Shipped);
         CMainViewModel& shell = *scenario().Application()->MainViewModel();
         CLogFilterProxyModel* const proxy = shell.LogMessageProxy();
@@ -182,6 +188,10 @@ private slots:
         QQuickItem* list = driver().Find(QStringLiteral("logMessageList"));
         QTRY_VERIFY(list->property("count").toInt() > 35);
         QTRY_VERIFY(driver().FindPopup(QStringLiteral("logDialog"))->property("opened").toBool());
+        const auto* const header =
+            driver().FindPopup(QStringLiteral("logDialog"))->property("header").value<QQuickItem*>();
+        QVERIFY(header);
+        QCOMPARE(header->property("font").value<QFont>().pointSize(), 9);
         QVERIFY(list->property("contentHeight").toReal() > list->height());
         QVERIFY(list->property("atYEnd").toBool());
 

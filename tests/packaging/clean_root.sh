@@ -52,11 +52,16 @@ try() {
     echo "$1: $(grep -c '<flux>' "$output/$1.qdr.xml") blocks in the record"
 }
 try simulated kestrix "Simulated instrument" SIM-0001
-cp "$stage/build/instrument/ExampleInstrument.so" "$root/usr/lib/kestrix/kestrix/instrument"
+for kind in Instrument Mapper Trigger; do
+    cp "$stage/build/${kind,}/Example$kind.so" "$root/usr/lib/kestrix/kestrix/${kind,}"
+done
 try template kestrix "Example instrument" EXAMPLE-1
+for kind in Instrument Mapper Trigger; do
+    grep -q "Example$kind.so loaded" "$root/home/tester/.local/share/Kestrix/Kestrix.log"
+done
 try again kestrix "Simulated instrument" SIM-0001
 
-rm "$root/usr/lib/kestrix/kestrix/instrument/ExampleInstrument.so"
+rm "$root"/usr/lib/kestrix/kestrix/*/Example*.so
 chroot "$root" env DEBIAN_FRONTEND=noninteractive apt-get purge -y -qq kestrix >/dev/null 2>&1
 [ ! -e "$root/usr/lib/kestrix" ]
 

@@ -439,8 +439,12 @@ private slots:
         m_driver = std::make_unique<PluginDriver>(QStringLiteral(PLUGIN_PATH));
         QVERIFY(m_driver->Start());
         QCOMPARE(m_driver->Instruments().size(), 1);
+        QSignalSpy updated(m_driver->Provider(), &CInstrumentListProvider::InstrumentListUpdated);
         m_driver->Provider()->SetSerialPortSettings({}, 9600);
         QVERIFY(m_driver->Instruments().isEmpty());
+        // The caller is in the middle of saving, and hears of it afterwards.
+        QCOMPARE(updated.count(), 0);
+        QTRY_COMPARE(updated.count(), 1);
         // A port in the settings file goes before.
         writeSettings(kSettings, "[Port]\nName=" + m_board->Path().toUtf8() + "\n");
         m_driver->Provider()->SetSerialPortSettings(QStringLiteral("ttyNone"), 9600);
