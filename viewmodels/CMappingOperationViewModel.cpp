@@ -106,6 +106,8 @@ void CMappingOperationViewModel::presentExistingData()
     if (m_session.recordingManager().IsPlayingBack()) {
         setMaxVectorCount(numBlocks());
         rebuildViews(Extent::ReplayIndex);
+        if (numBlocks() > 0)
+            updatePositionAndOrientation(*m_session.dataSet().MeasureBlocks()->at(replayedBlock()));
     } else {
         if (m_session.recordingManager().IsIdleWithData())
             openReplayRange();
@@ -283,18 +285,18 @@ void CMappingOperationViewModel::rebuildViews(Extent extent)
     CChart2DMappingData& chart = *m_datasetViewModel.Chart2DData();
     std::size_t count = blocks.size();
     if (extent == Extent::ReplayIndex) {
-        const int index = std::clamp(m_session.recordingManager().ReplayIndex(), 0, numBlocks() - 1);
-        count = static_cast<std::size_t>(index) + 1;
-        chart.LoadDatasetUpTo(blocks, index);
+        count = replayedBlock() + 1;
+        chart.LoadDatasetUpTo(blocks, static_cast<int>(replayedBlock()));
     } else {
         chart.LoadDataset(blocks);
         if (m_rebuildingVectors) {
             setMaxScale(kSmallestMaxScale);
             setMaxVectorCount(numBlocks());
         }
+        // A block shown at rest leaves the place of the last one that was measured or replayed.
+        updatePositionAndOrientation(*blocks.back());
     }
     const CMeasureBlockMapping& current = *blocks[count - 1];
-    updatePositionAndOrientation(current);
     for (std::size_t i = 0; i < count; ++i) {
         if (m_rebuildingVectors)
             appendVector(*blocks[i]);
@@ -413,6 +415,12 @@ void CMappingOperationViewModel::getComputeVector3D(int blockIndex)
 int CMappingOperationViewModel::numBlocks() const
 {
     return static_cast<int>(m_session.dataSet().MeasureBlocks()->size());
+}
+
+std::size_t CMappingOperationViewModel::replayedBlock() const
+{
+    return static_cast<std::size_t>(
+        std::clamp(m_session.recordingManager().ReplayIndex(), 0, numBlocks() - 1));
 }
 
 int CMappingOperationViewModel::vectorCapacity() const

@@ -130,8 +130,9 @@ public:
     double BxLastBlock() const { return m_bxLastBlock; }
     double ByLastBlock() const { return m_byLastBlock; }
     double BzLastBlock() const { return m_bzLastBlock; }
-    COrientation* Orientation() { return &m_orientation; } ///< of the block on screen
-    CPosition* Position() { return &m_position; }          ///< of the block on screen
+    /// Of the block that was measured, loaded or replayed last. Looking at a stored block leaves it.
+    COrientation* Orientation() { return &m_orientation; }
+    CPosition* Position() { return &m_position; } ///< likewise
     // Limits of the 3-D view, in the length unit of the mapper. A stop may lie below its start.
     double XStart() const { return m_axes.xStart; }
     double XStop() const { return m_axes.xStop; }
@@ -246,6 +247,8 @@ private:
     void putOnView(const VectorRecord& vector);
     void openReplayRange();
     int numBlocks() const;
+    /// Index of the block that was shown last; the dataset must not be empty.
+    std::size_t replayedBlock() const;
     int vectorCapacity() const;
     void setAxes(const MappingAxes& axes);
 
