@@ -26,7 +26,7 @@ constexpr double kPatientPeriods = 3;
 constexpr double kRateTolerance = 0.25;
 constexpr int kRateDigits = 4;
 
-constexpr double kMinPollingRate = 0.1;
+constexpr double kMinPollingRate = 1;
 constexpr double kMaxPollingRate = 1000;
 constexpr double kUsualPollingRate = 20;
 // How much of the time may go into asking.
