@@ -3,7 +3,21 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <csignal>
 #include <mutex>
+
+namespace {
+
+// A library that writes to a connection whose other end is gone must not end the program.
+void blockBrokenPipes()
+{
+    sigset_t broken;
+    sigemptyset(&broken);
+    sigaddset(&broken, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &broken, nullptr);
+}
+
+} // namespace
 
 struct CDetachableThread::End
 {
@@ -15,6 +29,7 @@ struct CDetachableThread::End
 CDetachableThread::CDetachableThread(std::function<void()> body) : m_end(std::make_shared<End>())
 {
     m_thread = std::thread([end = m_end, work = std::move(body)]() mutable {
+        blockBrokenPipes();
         work();
         // What it shares is let go before the end is told.
         work = nullptr;

@@ -7,6 +7,7 @@
 
 /// A thread for calls that may never return. Whoever wants it to end waits for a bounded time and leaves it
 /// to itself after that: so what it works on must be shared with it, and it must touch nothing else.
+/// A write to a broken connection gives an error in it, and no signal.
 class CDetachableThread
 {
 public:

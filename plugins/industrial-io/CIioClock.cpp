@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -13,12 +14,30 @@ constexpr qint64 kNsPerWholeSecond = 1000000000;
 // Times that are further from what the arrivals tell are of another clock than the kernel says.
 constexpr qint64 kPlausibleNs = 200000000;
 constexpr qint64 kLeastStepNs = 1000;
+constexpr int kOffsetTrials = 3;
 
 qint64 nowNs(clockid_t clock)
 {
     timespec now{};
     clock_gettime(clock, &now);
     return static_cast<qint64>(now.tv_sec) * kNsPerWholeSecond + now.tv_nsec;
+}
+
+// From the clock to the steady one. A reading that was interrupted half-way is worth less than another.
+qint64 offsetOf(clockid_t clock)
+{
+    qint64 offsetNs = 0;
+    qint64 leastNs = std::numeric_limits<qint64>::max();
+    for (int i = 0; i < kOffsetTrials; ++i) {
+        const qint64 beforeNs = nowNs(CLOCK_MONOTONIC);
+        const qint64 clockNs = nowNs(clock);
+        const qint64 tookNs = nowNs(CLOCK_MONOTONIC) - beforeNs;
+        if (tookNs < leastNs) {
+            leastNs = tookNs;
+            offsetNs = beforeNs + tookNs / 2 - clockNs;
+        }
+    }
+    return offsetNs;
 }
 
 } // namespace
@@ -45,7 +64,7 @@ QVector<TimedReading> CIioClock::Arrive(const QVector<BoardReading>& readings, q
     QVector<TimedReading> timed = m_fitted.Arrive(readings, arrivalNs);
     if (!m_clock || timed.isEmpty() || !m_fitted.UsesDeviceTime())
         return timed;
-    const qint64 firstNs = firstTimeNs + nowNs(CLOCK_MONOTONIC) - nowNs(*m_clock);
+    const qint64 firstNs = firstTimeNs + offsetOf(*m_clock);
     for (TimedReading& reading : timed) {
         const qint64 timeNs = firstNs + std::llround(reading.reading.deviceTime.value_or(0) * kNsPerSecond);
         if (std::abs(timeNs - reading.timeNs) > kPlausibleNs) {

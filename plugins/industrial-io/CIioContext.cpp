@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "CIioContext.h"
 
-#include <array>
 #include <cerrno>
 #include <iio.h>
 
@@ -34,9 +33,7 @@ bool IioError::IsGone() const
 
 QString IioError::Text() const
 {
-    std::array<char, 256> text{};
-    iio_strerror(code, text.data(), text.size());
-    return QString::fromLocal8Bit(text.data());
+    return qt_error_string(code);
 }
 
 CIioContext::~CIioContext()

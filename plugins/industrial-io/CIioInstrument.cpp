@@ -11,8 +11,8 @@
 namespace {
 
 constexpr int kWatchMs = 100;
-// A connection opens the context, waits for the first readings and learns their rate; or turns to polling.
-constexpr int kConnectTimeouts = 3;
+// A buffer may stay empty before polling is tried; a slow device takes its time until its rate is known.
+constexpr int kStartTimeouts = 2;
 constexpr int kLearnMs = 3000;
 // What a call of the library may take beyond its time-out before it counts as hanging.
 constexpr int kHangMs = 1000;
@@ -87,7 +87,11 @@ bool CIioInstrument::openReader()
     m_reader = std::make_shared<CIioReader>(capture, m_queue);
     m_thread = std::make_unique<CDetachableThread>([reader = m_reader] { reader->Run(); });
 
-    m_state = m_reader->WaitUntilReady(kConnectTimeouts * capture.timeoutMs + kLearnMs);
+    m_state = m_reader->WaitFor(IioState::Phase::Starting, capture.timeoutMs + kHangMs);
+    if (m_state.phase == IioState::Phase::Starting) {
+        log(m_state);
+        m_state = m_reader->WaitFor(IioState::Phase::Ready, kStartTimeouts * capture.timeoutMs + kLearnMs);
+    }
     log(m_state);
     switch (m_state.phase) {
     case IioState::Phase::Failed:

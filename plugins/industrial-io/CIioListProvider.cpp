@@ -71,8 +71,11 @@ void CIioListProvider::Stop()
     for (const Context& context : m_contexts)
         context.thread->Finish(restOf(elapsed, kStopMs));
     m_contexts.clear();
-    for (const auto& instrument : qAsConst(m_instruments))
-        instrument->StopMeasurement();
+    // No call of the library is under way when the program ends, unless it hangs.
+    for (const auto& instrument : qAsConst(m_instruments)) {
+        if (instrument->IsConnected())
+            instrument->Disconnect();
+    }
 }
 
 QList<QSharedPointer<CInstrument>> CIioListProvider::GetInstrumentList()

@@ -23,7 +23,7 @@ public:
 
     /// Looks for magnetometers, and reports when the event loop runs.
     void Start();
-    /// Ends measurements that are still running and looks no more.
+    /// Ends connections that are still open and looks no more.
     void Stop();
 
 public slots:

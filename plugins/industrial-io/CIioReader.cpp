@@ -14,6 +14,7 @@
 namespace {
 
 constexpr double kMsPerSecond = 1000;
+constexpr qint64 kNsPerMs = 1000000;
 constexpr double kSecondsPerNs = 1e-9;
 constexpr double kNsPerSecond = 1e9;
 // Scans are fetched so often, or one by one.
@@ -25,7 +26,7 @@ constexpr double kPatientPeriods = 3;
 constexpr double kRateTolerance = 0.25;
 constexpr int kRateDigits = 4;
 
-constexpr double kMinPollingRate = 0.1;
+constexpr double kMinPollingRate = 1;
 constexpr double kMaxPollingRate = 1000;
 constexpr double kUsualPollingRate = 20;
 // How much of the time may go into asking.
@@ -87,12 +88,12 @@ IioState CIioReader::State()
     return state;
 }
 
-IioState CIioReader::WaitUntilReady(int timeoutMs)
+IioState CIioReader::WaitFor(IioState::Phase phase, int timeoutMs)
 {
     {
         std::unique_lock<std::mutex> lock(m_mutex);
         m_changed.wait_for(lock, std::chrono::milliseconds(timeoutMs),
-                           [this] { return m_state.phase >= IioState::Phase::Ready; });
+                           [this, phase] { return m_state.phase >= phase; });
     }
     return State();
 }
@@ -103,8 +104,7 @@ bool CIioReader::open()
     if (error.code != 0) {
         fail(error.IsTimeout()
                  ? tr("The context %1 does not answer").arg(m_capture.device.uri)
-                 : tr("The context %1 cannot be opened: %2").arg(m_capture.device.uri, error.Text()),
-             error);
+                 : tr("The context %1 cannot be opened: %2").arg(m_capture.device.uri, error.Text()));
         return false;
     }
     beat();
@@ -116,6 +116,7 @@ bool CIioReader::open()
     beat();
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_state.phase = IioState::Phase::Starting;
+    m_changed.notify_all();
     return true;
 }
 
@@ -254,6 +255,10 @@ CIioReader::End CIioReader::capturePolling(int request, double rate)
         beat();
         if (error.IsGone() || error.IsTimeout())
             return isAsked(request) ? End::Asked : failFor(error);
+        const bool isLate = afterNs - startNs > m_capture.timeoutMs * kNsPerMs;
+        if (error.code != 0 && isLate && !m_hasReadings)
+            return failFor(error);
+        m_hasReadings = m_hasReadings || error.code == 0;
         if (error.code == 0)
             push({{reading, beforeNs + (afterNs - beforeNs) / 2}});
         // Readings that were missed are not made up for.
@@ -328,19 +333,20 @@ void CIioReader::push(const QVector<TimedReading>& timed)
 CIioReader::End CIioReader::failFor(const IioError& error)
 {
     const QString location = m_capture.device.Location();
-    if (error.IsTimeout())
-        return fail(tr("The magnetometer %1 does not answer").arg(location), error);
+    // Over a network a time-out looks like a connection that was closed.
+    const bool isLate = m_capture.device.IsNetwork() && m_callNs > m_capture.timeoutMs * kNsPerMs / 2;
+    if (error.IsTimeout() || isLate)
+        return fail(tr("The magnetometer %1 does not answer").arg(location));
     if (error.IsGone())
-        return fail(tr("The magnetometer %1 is gone").arg(location), error);
-    return fail(tr("The magnetometer %1 cannot be read: %2").arg(location, error.Text()), error);
+        return fail(tr("The magnetometer %1 is gone").arg(location));
+    return fail(tr("The magnetometer %1 cannot be read: %2").arg(location, error.Text()));
 }
 
-CIioReader::End CIioReader::fail(const QString& problem, const IioError& error)
+CIioReader::End CIioReader::fail(const QString& problem)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_state.phase = IioState::Phase::Failed;
     m_state.problem = problem;
-    m_state.isTimeout = error.IsTimeout();
     m_changed.notify_all();
     return End::Failed;
 }
@@ -354,7 +360,9 @@ void CIioReader::notice(const QString& text)
 void CIioReader::beat()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_state.callNs = steadyNs();
+    const qint64 nowNs = steadyNs();
+    m_callNs = nowNs - m_state.callNs;
+    m_state.callNs = nowNs;
 }
 
 bool CIioReader::isAsked(int request) const

@@ -27,12 +27,12 @@ struct IioCapture
 /// How far the reading of a magnetometer has come.
 struct IioState
 {
+    /// The context is opened; readings are waited for; they have come; nothing more will come.
     enum class Phase { Opening, Starting, Ready, Failed };
 
     Phase phase = Phase::Opening;
-    QString problem;        ///< why it failed
-    bool isTimeout = false; ///< it failed because nothing answered
-    QStringList notices;    ///< for the log, since they were last asked for
+    QString problem;     ///< why it failed
+    QStringList notices; ///< for the log, since they were last asked for
     bool isBuffered = false;
     bool usesDeviceTime = false; ///< scans carry their times
     CSamplingRates rates;        ///< that can be asked for
@@ -57,8 +57,8 @@ public:
     void RequestStop();
     /// Takes the notices.
     IioState State();
-    /// Waits until readings come, or it has failed, or for `timeoutMs`.
-    IioState WaitUntilReady(int timeoutMs);
+    /// Waits until it has come so far, or has failed, or for `timeoutMs`.
+    IioState WaitFor(IioState::Phase phase, int timeoutMs);
 
 private:
     enum class End { Asked, Failed, Unusable };
@@ -73,7 +73,7 @@ private:
     void push(const QVector<TimedReading>& timed);
 
     void beginSeries(const CSamplingRates& rates, double rate, bool isBuffered);
-    End fail(const QString& problem, const IioError& error = {});
+    End fail(const QString& problem);
     End failFor(const IioError& error);
     void notice(const QString& text);
     void beat();
@@ -87,8 +87,9 @@ private:
     // Of the thread alone.
     CSamplingRates m_pollingRates;
     quint32 m_series = 0;
-    bool m_hasReadings = false; ///< the buffer has given some once
+    bool m_hasReadings = false; ///< some have come once
     bool m_isRateRefused = false;
+    qint64 m_callNs = 0; ///< how long the last call took
 
     mutable std::mutex m_mutex; ///< guards all that follows
     std::condition_variable m_changed;
