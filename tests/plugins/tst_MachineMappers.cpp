@@ -77,7 +77,7 @@ private slots:
         QVERIFY(grbl && scan && marlin);
         QCOMPARE(grbl->Name, QStringLiteral("GRBL machine"));
         QCOMPARE(grbl->MapperType, 2);
-        QCOMPARE(scan->Name, QStringLiteral("GRBL machine on the fly"));
+        QCOMPARE(scan->Name, QStringLiteral("GRBL on the fly"));
         QCOMPARE(scan->MapperType, 1);
         QCOMPARE(marlin->Name, QStringLiteral("Marlin machine"));
         QCOMPARE(marlin->MapperType, 2);
