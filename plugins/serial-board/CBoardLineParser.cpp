@@ -20,7 +20,6 @@ constexpr int kLinesToChange = 4;
 // No field has so many of any unit; what is less is a float in all of them.
 constexpr double kGreatestValue = 1e20;
 
-const QVector<Column> kFieldAndTemperature{Column::X, Column::Y, Column::Z, Column::Temperature};
 const QString kNumber = QStringLiteral("[+-]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][+-]?\\d+)?");
 const QString kUnit = QStringLiteral("[unm]?T|[mM]?G|[gG]auss");
 
@@ -58,6 +57,11 @@ double stepOf(const QString& number)
     const int point = mantissa.indexOf(QLatin1Char('.'));
     const int decimals = point < 0 ? 0 : mantissa.size() - point - 1;
     return std::pow(10.0, exponent - decimals);
+}
+
+QVector<Column> fieldAndTemperature()
+{
+    return {Column::X, Column::Y, Column::Z, Column::Temperature};
 }
 
 // False if the two contradict each other.
@@ -411,7 +415,7 @@ const QVector<Column>& CBoardLineParser::columnsOf(const QVector<double>& number
         const bool isClock = std::adjacent_find(m_firstNumbers.cbegin(), m_firstNumbers.cend(),
                                                 std::greater_equal<>()) == m_firstNumbers.cend();
         m_fourColumns =
-            isClock ? QVector<Column>{Column::Time, Column::X, Column::Y, Column::Z} : kFieldAndTemperature;
+            isClock ? QVector<Column>{Column::Time, Column::X, Column::Y, Column::Z} : fieldAndTemperature();
     }
     return m_fourColumns;
 }
@@ -426,7 +430,7 @@ void CBoardLineParser::JudgeGuessedClock(bool isClock)
 {
     m_isClockSure = isClock;
     if (!isClock && HasGuessedClock())
-        m_fourColumns = kFieldAndTemperature;
+        m_fourColumns = fieldAndTemperature();
 }
 
 bool CBoardLineParser::readHeader(const QByteArray& line)
