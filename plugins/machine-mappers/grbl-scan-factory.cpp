@@ -5,6 +5,6 @@
 
 KESTRIX_PLUGIN_FACTORY CMapperPlugin* CreateMapperPlugin()
 {
-    return new CStageScanner(QCoreApplication::translate("CStageMapper", "GRBL machine on the fly"),
+    return new CStageScanner(QCoreApplication::translate("CStageMapper", "GRBL on the fly"),
                              kGrblSettingsFile, makeController<CGrblController>);
 }

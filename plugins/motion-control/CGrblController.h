@@ -21,7 +21,7 @@ public:
 
 protected:
     MachineResult moveTo(const StagePlace& place, double feed) override;
-    bool take(const QByteArray& line) override;
+    bool take(const QByteArray& bytes) override;
     MachineResult trouble() const override;
 
 private:

@@ -56,8 +56,8 @@ CStageDialog::CStageDialog(const QString& machineName, const StageSettings& sett
     m_home = named(new QCheckBox(tr("Home the machine first")), "stageHome", tr("Home the machine first"));
     m_home->setChecked(settings.isHoming);
     form->addRow(m_home);
-    m_unlock =
-        named(new QCheckBox(tr("Unlock it after an alarm")), "stageUnlock", tr("Unlock it after an alarm"));
+    m_unlock = named(new QCheckBox(tr("Unlock it after an alarm (GRBL)")), "stageUnlock",
+                     tr("Unlock it after an alarm (GRBL)"));
     m_unlock->setChecked(settings.isUnlocking);
     form->addRow(m_unlock);
     if (hasPath)

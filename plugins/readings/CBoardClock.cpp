@@ -13,6 +13,11 @@ constexpr double kSecondsPerNs = 1e-9;
 // What of the past the line still knows: long against the jitter, short against the drift of a cheap clock.
 constexpr double kMemoryS = 4;
 constexpr double kMemoryReadings = 16;
+// The same for the rate, which need not follow as soon.
+constexpr double kRateMemoryS = 60;
+// Before that a board's own seconds are better than what arrivals tell of them.
+constexpr double kDriftKnownS = 5;
+constexpr double kMaxSteps = 1 << 20;
 // A rate is known after so many arrivals in such a time, or after fewer of a slow board.
 constexpr int kLearnPoints = 8;
 constexpr double kLearnS = 0.7;
@@ -59,8 +64,15 @@ QVector<TimedReading> CBoardClock::Arrive(const QVector<BoardReading>& readings,
 
 double CBoardClock::Rate() const
 {
-    const double periodS = m_usesDeviceTime ? m_devicePeriodS : m_line.Slope();
-    return periodS > 0 ? 1 / periodS : 0;
+    double period = m_usesDeviceTime ? periodS() : m_longLine.Slope();
+    if (m_usesDeviceTime && m_arrivalS - m_settledS > kDriftKnownS)
+        period *= m_longLine.Slope();
+    return period > 0 ? 1 / period : 0;
+}
+
+double CBoardClock::periodS() const
+{
+    return m_numSteps > 0 ? m_sumOfStepsS / m_numSteps : 0;
 }
 
 void CBoardClock::learn(const QVector<BoardReading>& readings, double arrivalS)
@@ -105,10 +117,11 @@ void CBoardClock::beginToLearn()
 void CBoardClock::settle()
 {
     m_isSettled = true;
+    m_settledS = m_points.last().arrivalS;
     m_deviceScale = deviceTimeScale();
     m_usesDeviceTime = m_deviceScale > 0;
     if (m_usesDeviceTime) {
-        m_devicePeriodS = deviceTimePeriod() / m_deviceScale;
+        learnDevicePeriod();
         m_line = {};
         for (const Point& point : qAsConst(m_points))
             m_line.Add(point.deviceTime / m_deviceScale, point.arrivalS, 1);
@@ -120,6 +133,7 @@ void CBoardClock::settle()
             squares += std::pow(point.arrivalS - m_line.At(point.index), 2);
         m_jitterS = std::sqrt(squares / m_points.size());
     }
+    m_longLine = m_line;
     m_points.clear();
     m_deviceSteps.clear();
 }
@@ -138,30 +152,56 @@ double CBoardClock::deviceTimeScale() const
     return 0;
 }
 
-double CBoardClock::deviceTimePeriod() const
+void CBoardClock::learnDevicePeriod()
 {
-    if (m_deviceSteps.isEmpty())
-        return (m_points.last().deviceTime - m_points.first().deviceTime) /
-               (m_points.last().index - m_points.first().index);
+    if (m_deviceSteps.isEmpty()) {
+        m_numSteps = m_points.last().index - m_points.first().index;
+        m_sumOfStepsS = (m_points.last().deviceTime - m_points.first().deviceTime) / m_deviceScale;
+        m_longestStepS = 2 * periodS();
+        return;
+    }
     QVector<double> steps = m_deviceSteps;
     std::sort(steps.begin(), steps.end());
     const double median = steps.at(steps.size() / 2);
     const auto firstPositive = std::upper_bound(steps.cbegin(), steps.cend(), 0.0);
     const double resolution = firstPositive == steps.cend() ? 0 : *firstPositive;
     // Steps of a time in whole units take turns; longer ones are gaps.
-    const auto end = std::upper_bound(steps.cbegin(), steps.cend(), median + std::fmax(median, resolution));
-    double sum = 0;
-    for (auto step = steps.cbegin(); step != end; ++step)
-        sum += *step;
-    return sum / static_cast<double>(end - steps.cbegin());
+    m_longestStepS = (median + std::fmax(median, resolution)) / m_deviceScale;
+    for (const double step : qAsConst(steps))
+        countStep(step / m_deviceScale);
 }
 
-double CBoardClock::pastWeight(double elapsedS) const
+void CBoardClock::countStep(double stepS)
 {
-    const double periodS = m_usesDeviceTime ? m_devicePeriodS : m_line.Slope();
-    const double memoryS = std::fmax(kMemoryS, kMemoryReadings * periodS);
+    if (stepS < 0 || stepS > m_longestStepS)
+        return;
+    m_sumOfStepsS += stepS;
+    m_numSteps += 1;
+    if (m_numSteps > kMaxSteps) {
+        m_sumOfStepsS /= 2;
+        m_numSteps /= 2;
+    }
+}
+
+double CBoardClock::pastWeight(double elapsedS, double memoryS) const
+{
+    const double period = m_usesDeviceTime ? periodS() : m_line.Slope();
     // What was known before a long pause is still true.
-    return std::exp(-std::fmin(elapsedS / memoryS, 1.0 / kMemoryReadings));
+    return std::exp(
+        -std::fmin(elapsedS / std::fmax(memoryS, kMemoryReadings * period), 1.0 / kMemoryReadings));
+}
+
+void CBoardClock::shift(double dyS)
+{
+    m_line.Shift(0, dyS);
+    m_longLine.Shift(0, dyS);
+}
+
+void CBoardClock::add(double x, double arrivalS)
+{
+    const double elapsedS = arrivalS - m_arrivalS;
+    m_line.Add(x, arrivalS, pastWeight(elapsedS, kMemoryS));
+    m_longLine.Add(x, arrivalS, pastWeight(elapsedS, kRateMemoryS));
 }
 
 double CBoardClock::lateness() const
@@ -190,14 +230,14 @@ QVector<TimedReading> CBoardClock::arriveByCount(const QVector<BoardReading>& re
         const double gapS = std::fmin(lateS, m_latenessS);
         const double wholeS = std::round(gapS / m_line.Slope()) * m_line.Slope();
         const double toleranceS = std::fmax(m_line.Slope() / 10, 2 * m_jitterS);
-        m_line.Shift(0, std::abs(gapS - wholeS) < toleranceS ? wholeS : gapS);
+        shift(std::abs(gapS - wholeS) < toleranceS ? wholeS : gapS);
     } else if (lateS < -limitS) {
         // Nothing arrives before it was sent.
-        m_line.Shift(0, lateS);
+        shift(lateS);
     } else {
         m_jitterS = std::sqrt((1 - kJitterWeight) * m_jitterS * m_jitterS + kJitterWeight * lateS * lateS);
     }
-    m_line.Add(m_index, arrivalS, pastWeight(arrivalS - m_arrivalS));
+    add(m_index, arrivalS);
     return release();
 }
 
@@ -207,14 +247,16 @@ QVector<TimedReading> CBoardClock::arriveByDevice(const QVector<BoardReading>& r
         if (!reading.deviceTime)
             continue;
         const double deviceS = *reading.deviceTime / m_deviceScale;
+        if (reading.lostBefore == 0)
+            countStep(deviceS - m_rawDeviceS);
         m_deviceS += deviceStep(deviceS, arrivalS - m_arrivalS);
         m_rawDeviceS = deviceS;
         m_pending.append({reading, m_deviceS});
     }
     const double lateS = arrivalS - m_line.At(m_deviceS);
     if (std::abs(lateS) > kDeviceLatenessS)
-        m_line.Shift(0, lateS);
-    m_line.Add(m_deviceS, arrivalS, pastWeight(arrivalS - m_arrivalS));
+        shift(lateS);
+    add(m_deviceS, arrivalS);
     return release();
 }
 

@@ -31,7 +31,7 @@ public:
 
     bool IsSettled() const { return m_isSettled; }
     bool UsesDeviceTime() const { return m_usesDeviceTime; }
-    /// Readings per second, once settled.
+    /// Readings per second of the host's clock, once settled: the better known the longer it has run.
     double Rate() const;
 
 private:
@@ -53,19 +53,25 @@ private:
     void beginToLearn();
     void settle();
     double deviceTimeScale() const;
-    double deviceTimePeriod() const;
+    void learnDevicePeriod();
+    double periodS() const;
     QVector<TimedReading> arriveByCount(const QVector<BoardReading>& readings, double arrivalS);
     QVector<TimedReading> arriveByDevice(const QVector<BoardReading>& readings, double arrivalS);
     double deviceStep(double deviceS, double elapsedS) const;
-    double pastWeight(double elapsedS) const;
+    double pastWeight(double elapsedS, double memoryS) const;
+    void shift(double dyS);
+    void add(double x, double arrivalS);
+    void countStep(double stepS);
     double lateness() const;
     QVector<TimedReading> release();
 
     bool m_isSettled = false;
     bool m_usesDeviceTime = false;
     std::optional<qint64> m_startNs;
-    double m_arrivalS = 0; ///< of the newest readings; all seconds count from m_startNs
-    CRunningLine m_line;   ///< arrival over count or device seconds
+    double m_arrivalS = 0;   ///< of the newest readings; all seconds count from m_startNs
+    CRunningLine m_line;     ///< arrival over count or device seconds
+    CRunningLine m_longLine; ///< the same with a longer memory, for the rate
+    double m_settledS = 0;
     qint64 m_lastNs = 0;
 
     // By count.
@@ -75,10 +81,13 @@ private:
     double m_latenessS = 0; ///< of the newest of those
 
     // By device time.
-    double m_deviceScale = 1;   ///< device time of a second
-    double m_rawDeviceS = 0;    ///< newest device time
-    double m_deviceS = 0;       ///< the same without wraps and restarts
-    double m_devicePeriodS = 0; ///< between readings
+    double m_deviceScale = 1; ///< device time of a second
+    double m_rawDeviceS = 0;  ///< newest device time
+    double m_deviceS = 0;     ///< the same without wraps and restarts
+    // Between readings that follow one another.
+    double m_sumOfStepsS = 0;
+    double m_numSteps = 0;
+    double m_longestStepS = 0; ///< what is longer is a gap
 
     // While learning.
     QVector<Point> m_points;

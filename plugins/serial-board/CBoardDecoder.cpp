@@ -34,7 +34,7 @@ double teslaPer(CUnits::UnitType unit)
 
 CBoardDecoder::CBoardDecoder(CUnits::UnitType unit, double scale,
                              const QVector<CBoardLineParser::Column>& columns)
-    : m_unit(unit), m_scale(scale), m_parser(columns)
+    : m_toldUnit(unit), m_unit(unit), m_scale(scale), m_parser(columns)
 {
     // The board is in the middle of a line.
     m_splitter.Interrupt();
@@ -64,19 +64,38 @@ QVector<BoardSample> CBoardDecoder::Feed(const QByteArray& bytes, qint64 arrival
     m_hasReadings |= !readings.isEmpty();
 
     QVector<BoardSample> samples;
+    const bool wasSettled = m_clock.IsSettled();
     const QVector<TimedReading> timed = m_clock.Arrive(readings, arrivalNs);
+    if (!wasSettled && m_clock.IsSettled())
+        judgeClock();
     samples.reserve(timed.size());
-    for (const TimedReading& reading : timed)
-        samples.append(sampleOf(reading));
+    for (const TimedReading& reading : timed) {
+        if (const auto sample = sampleOf(reading))
+            samples.append(*sample);
+    }
     return samples;
 }
 
-BoardSample CBoardDecoder::sampleOf(const TimedReading& timed) const
+// A field that grows for a while looks like a clock, but does not run like one.
+void CBoardDecoder::judgeClock()
+{
+    if (!m_parser.HasGuessedClock())
+        return;
+    m_parser.JudgeGuessedClock(m_clock.UsesDeviceTime());
+    if (!m_clock.UsesDeviceTime())
+        m_clock = {};
+}
+
+// Nothing if it has come to be in a unit that nobody tells.
+std::optional<BoardSample> CBoardDecoder::sampleOf(const TimedReading& timed) const
 {
     const BoardReading& reading = timed.reading;
+    const CUnits::UnitType unit = reading.unit == CUnits::UNKNOWN ? m_toldUnit : reading.unit;
+    if (unit == CUnits::UNKNOWN && m_unit != CUnits::UNKNOWN)
+        return std::nullopt;
     double factor = m_scale;
-    if (reading.unit != CUnits::UNKNOWN && reading.unit != m_unit)
-        factor *= teslaPer(reading.unit) / teslaPer(m_unit);
+    if (unit != m_unit)
+        factor *= teslaPer(unit) / teslaPer(m_unit);
     BoardSample sample;
     sample.timeNs = timed.timeNs;
     sample.field = reading.field * factor;

@@ -32,9 +32,11 @@ public:
     bool UsesDeviceTime() const { return m_clock.UsesDeviceTime(); }
 
 private:
-    BoardSample sampleOf(const TimedReading& timed) const;
+    std::optional<BoardSample> sampleOf(const TimedReading& timed) const;
+    void judgeClock();
 
-    CUnits::UnitType m_unit;
+    const CUnits::UnitType m_toldUnit; ///< for values that name none
+    CUnits::UnitType m_unit;           ///< of the samples
     double m_scale;
     CLineSplitter m_splitter;
     CBoardLineParser m_parser;

@@ -17,6 +17,8 @@ constexpr int kMaxLineLength = 512;
 constexpr int kLinesToTellTime = 4;
 // Lines in a row after which a board is believed to print something else than before.
 constexpr int kLinesToChange = 4;
+// No field has so many of any unit; what is less is a float in all of them.
+constexpr double kGreatestValue = 1e20;
 
 const QString kNumber = QStringLiteral("[+-]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][+-]?\\d+)?");
 const QString kUnit = QStringLiteral("[unm]?T|[mM]?G|[gG]auss");
@@ -55,6 +57,11 @@ double stepOf(const QString& number)
     const int point = mantissa.indexOf(QLatin1Char('.'));
     const int decimals = point < 0 ? 0 : mantissa.size() - point - 1;
     return std::pow(10.0, exponent - decimals);
+}
+
+QVector<Column> fieldAndTemperature()
+{
+    return {Column::X, Column::Y, Column::Z, Column::Temperature};
 }
 
 // False if the two contradict each other.
@@ -206,6 +213,10 @@ std::optional<BoardReading> CBoardLineParser::checked(std::optional<BoardReading
 {
     if (!reading)
         return reading;
+    for (const double value : {reading->field.x, reading->field.y, reading->field.z, reading->step}) {
+        if (!(std::abs(value) < kGreatestValue))
+            return reject();
+    }
     if (reading->unit != CUnits::UNKNOWN) {
         m_isUnitUsual = true;
         m_numWithoutUnit = 0;
@@ -338,6 +349,11 @@ std::optional<BoardReading> CBoardLineParser::readRow(const QVector<double>& num
     const bool isFree = m_configured.isEmpty() && m_header.isEmpty();
     if (isFree && numbers.size() >= 3 && numbers.size() <= 5 && !hasUsualSize(numbers.size()))
         return reject();
+    if (HasGuessedClock() && !m_isClockSure && numbers.first() <= m_lastFirstNumber) {
+        m_fourColumns.clear();
+        m_firstNumbers.clear();
+    }
+    m_lastFirstNumber = numbers.first();
     const QVector<Column>& columns = columnsOf(numbers);
     if (columns.isEmpty()) {
         // Four columns are read once it is clear what they mean.
@@ -398,10 +414,23 @@ const QVector<Column>& CBoardLineParser::columnsOf(const QVector<double>& number
             return unknown;
         const bool isClock = std::adjacent_find(m_firstNumbers.cbegin(), m_firstNumbers.cend(),
                                                 std::greater_equal<>()) == m_firstNumbers.cend();
-        m_fourColumns = isClock ? QVector<Column>{Column::Time, Column::X, Column::Y, Column::Z}
-                                : QVector<Column>{Column::X, Column::Y, Column::Z, Column::Temperature};
+        m_fourColumns =
+            isClock ? QVector<Column>{Column::Time, Column::X, Column::Y, Column::Z} : fieldAndTemperature();
     }
     return m_fourColumns;
+}
+
+bool CBoardLineParser::HasGuessedClock() const
+{
+    return m_configured.isEmpty() && m_header.isEmpty() && !m_fourColumns.isEmpty() &&
+           m_fourColumns.first() == Column::Time;
+}
+
+void CBoardLineParser::JudgeGuessedClock(bool isClock)
+{
+    m_isClockSure = isClock;
+    if (!isClock && HasGuessedClock())
+        m_fourColumns = fieldAndTemperature();
 }
 
 bool CBoardLineParser::readHeader(const QByteArray& line)

@@ -33,6 +33,11 @@ public:
     /// Forgets an unfinished sample, after a gap in the data. The header stays known.
     void Interrupt();
 
+    /// Of four columns without a name the first was taken for a clock, because it grew so far.
+    bool HasGuessedClock() const;
+    /// What has become of that guess. Without a word here a first number that falls ends it, too.
+    void JudgeGuessedClock(bool isClock);
+
     /// Lines since construction that were neither empty, nor a header, nor part of a sample.
     int RejectedLines() const { return m_rejectedLines; }
 
@@ -62,6 +67,8 @@ private:
     // Four columns without a header: first numbers of the lines so far, until their meaning is clear.
     QVector<double> m_firstNumbers;
     QVector<Column> m_fourColumns;
+    double m_lastFirstNumber = 0;
+    bool m_isClockSure = false;
 
     // What the lines so far had in common, and how many in a row differed from it.
     int m_usualSize = 0;

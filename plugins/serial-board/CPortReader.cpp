@@ -86,6 +86,8 @@ void CPortReader::onReadyRead()
     m_state.bytes += bytes.size();
     if (m_state.phase < BoardState::Phase::Ready)
         publish();
+    else if (m_state.phase == BoardState::Phase::Ready)
+        m_state.rate = m_decoder.Rate();
 }
 
 void CPortReader::publish()

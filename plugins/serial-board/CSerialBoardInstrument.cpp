@@ -15,6 +15,11 @@ constexpr double kDefaultDisplayRate = 10;
 constexpr double kMsPerSecond = 1000;
 // What the time for learning a board's rate can tell.
 constexpr int kRateDigits = 4;
+// Of its last digit: what is closer is the same rate, so that it does not flicker between two.
+constexpr double kRateTolerance = 0.75;
+constexpr double kCloseRate = 0.01;
+// So many blocks a second that their size is not rounded down.
+constexpr double kNextBelow = 1 - 1e-9;
 // Parameter files keep six digits: such a rate comes back as the same number.
 constexpr int kFileDigits = 6;
 
@@ -77,9 +82,21 @@ bool CSerialBoardInstrument::openPort()
     m_reader->moveToThread(m_readerThread.get());
     connect(m_readerThread.get(), &QThread::started, m_reader, &CPortReader::Open);
     connect(m_readerThread.get(), &QThread::finished, m_reader, &QObject::deleteLater);
-    connect(m_reader, &CPortReader::Lost, this, &CSerialBoardInstrument::Lose, Qt::QueuedConnection);
-    connect(m_reader, &CPortReader::SilenceChanged, this, &CSerialBoardInstrument::onSilenceChanged,
-            Qt::QueuedConnection);
+    // What a reader has told and was not heard before its end concerns nobody any more.
+    connect(
+        m_reader, &CPortReader::Lost, this,
+        [this, reader = m_reader] {
+            if (reader == m_reader)
+                Lose();
+        },
+        Qt::QueuedConnection);
+    connect(
+        m_reader, &CPortReader::SilenceChanged, this,
+        [this, reader = m_reader](bool isSilent) {
+            if (reader == m_reader)
+                onSilenceChanged(isSilent);
+        },
+        Qt::QueuedConnection);
     m_readerThread->start();
 
     const auto timeoutMs = static_cast<unsigned long>(m_settings.timeoutS * kMsPerSecond);
@@ -121,8 +138,6 @@ void CSerialBoardInstrument::closePort()
 {
     if (!m_readerThread)
         return;
-    // What the reader has told and not been heard yet concerns nobody any more.
-    m_reader->disconnect(this);
     m_readerThread->quit();
     m_readerThread->wait();
     m_readerThread.reset();
@@ -197,6 +212,24 @@ void CSerialBoardInstrument::fillBounds()
     setBound(FrequencyMaxBound(), m_rate / 2, m_rate / 2, m_rate / 2);
 }
 
+void CSerialBoardInstrument::StartMeasurement()
+{
+    if (IsConnected() && !IsRunning())
+        refineRate();
+    CStreamingInstrument::StartMeasurement();
+}
+
+void CSerialBoardInstrument::refineRate()
+{
+    const double rate = m_reader->State().rate;
+    const double lastDigit = std::pow(10, std::floor(std::log10(m_boardRate)) - kRateDigits + 1);
+    if (rate <= 0 || std::abs(rate - m_boardRate) <= kRateTolerance * lastDigit)
+        return;
+    m_boardRate = rounded(rate, kRateDigits);
+    fillBounds();
+    enforceOwnRate();
+}
+
 AcquisitionPacing CSerialBoardInstrument::Pacing() const
 {
     // The board sets the pace: the source waits for it.
@@ -231,8 +264,13 @@ void CSerialBoardInstrument::enforceOwnRate()
     CMeasurementParameters* parameters = MeasurementParameters();
     if (!parameters || !parameters->ApplyConfiguration() || !IsConnected())
         return;
+    // A rate a little off its own must not cost a sample of the block by rounding.
+    const int blockSize = parameters->BlockSize();
+    const bool isClose = std::abs(parameters->AcquisitionRate() / m_rate - 1) < kCloseRate;
     parameters->SetApplyConfiguration(false);
     parameters->SetAcquisitionRate(m_rate);
+    if (isClose && blockSize > 0 && parameters->BlockSize() != blockSize)
+        parameters->SetDisplayRate(m_rate / blockSize * kNextBelow);
     if (parameters->DisplayRate() > m_rate)
         parameters->SetDisplayRate(m_rate);
     parameters->SetApplyConfiguration(true);

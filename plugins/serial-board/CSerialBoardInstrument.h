@@ -32,6 +32,8 @@ public slots:
     /// Waits for readings: the opening of the port may start the board anew.
     bool Connect() override;
     void Disconnect() override;
+    /// What is known better of the board's rate by now counts from here on.
+    void StartMeasurement() override;
     /// A board that only sends cannot be calibrated: says so in the status.
     void CalibrateZeroOffset(bool forceCalibration = false) override;
     void RestoreZeroOffsetToFactory() override;
@@ -54,6 +56,7 @@ private:
     void fillCapabilities(const BoardState& state);
     void fillBounds();
     void enforceOwnRate();
+    void refineRate();
     void onSilenceChanged(bool isSilent);
 
     BoardPort m_port;

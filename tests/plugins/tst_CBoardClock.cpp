@@ -161,6 +161,8 @@ private slots:
 
     void unitOfTheDeviceClock_data();
     void unitOfTheDeviceClock();
+    void rateIsRefined_data();
+    void rateIsRefined();
     void counterIsNoClock();
     void deviceClockThatIsFast();
     void deviceClockKeepsGaps();
@@ -375,6 +377,47 @@ void tst_CBoardClock::unitOfTheDeviceClock()
     const double jitterS = errorsOf(board.timed).jitterS;
     qInfo("jitter %.3f ms", jitterS * 1e3);
     QVERIFY(jitterS < std::max(resolutionS / std::sqrt(12.0) * 1.2, scale > 1 ? 5e-4 : 0.05));
+}
+
+void tst_CBoardClock::rateIsRefined_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<double>("drift");
+    QTest::addColumn<double>("pauseS");
+    QTest::addColumn<double>("limit");
+    // Even delays of 12 ms scatter by 3.5 ms; 23,000 of them, of which some 60 s count, tell a slope to
+    // 0.0035 / (60 * sqrt(17000 / 12)), that is 2e-6, those of the first 0.7 s to 7e-4.
+    QTest::newRow("by count") << 0.0 << 0.0 << 0.0 << 1e-5;
+    // Where a pause ends is known to the delay of one arrival: 12 ms in 80 s, weighed in its middle.
+    QTest::newRow("by count, with a pause") << 0.0 << 0.0 << 0.7 << 2.5e-4;
+    QTest::newRow("board's clock") << 1e6 << 0.0 << 0.7 << 1e-5;
+    // A millisecond at both ends of 80 s.
+    QTest::newRow("board's clock of whole ms") << 1e3 << 0.0 << 0.7 << 2.5e-5;
+    // A ceramic resonator is off by so much: the rate is that of the host's seconds.
+    QTest::newRow("board's clock, fast") << 1e6 << 0.005 << 0.7 << 1e-5;
+}
+
+void tst_CBoardClock::rateIsRefined()
+{
+    QFETCH(double, scale);
+    QFETCH(double, drift);
+    QFETCH(double, pauseS);
+    QFETCH(double, limit);
+    const double rate = 2000.0 / 7;
+    Board board(rate);
+    if (scale > 0)
+        board.HaveClock(scale, 0, drift);
+    board.HaveJitter(0.012);
+    while (!board.clock.IsSettled())
+        board.Send(1);
+    const double firstError = std::abs(board.clock.Rate() / rate - 1);
+    board.Send(static_cast<int>(rate * 40));
+    board.Pause(pauseS);
+    board.Send(static_cast<int>(rate * 40));
+    const double error = std::abs(board.clock.Rate() / rate - 1);
+    qInfo("off by %.1e at first, then by %.1e", firstError, error);
+    QVERIFY2(error < limit, qPrintable(QString::number(error)));
+    QVERIFY(firstError < 6e-3);
 }
 
 void tst_CBoardClock::counterIsNoClock()

@@ -86,6 +86,55 @@ private slots:
         QCOMPARE(late.Unit(), CUnits::UNKNOWN);
     }
 
+    // A unit that stood in the lines is not believed of those that name none any more.
+    void unitThatIsNotToldAnyMore_data()
+    {
+        QTest::addColumn<CUnits::UnitType>("told");
+        QTest::addColumn<int>("numAfter");
+        QTest::addColumn<double>("x");
+        QTest::newRow("nor in the settings") << CUnits::UNKNOWN << 0 << 5.0;
+        // 5 mG are 0.5 uT. Four such lines tell that it is meant, the first three are lost.
+        QTest::newRow("but in the settings") << CUnits::MILLI_GAUSS << 17 << 0.5;
+    }
+    void unitThatIsNotToldAnyMore()
+    {
+        QFETCH(CUnits::UnitType, told);
+        QFETCH(int, numAfter);
+        QFETCH(double, x);
+        constexpr qint64 kPeriodNs = 10000000;
+        CBoardDecoder decoder(told, 1, {});
+        for (int i = 0; i < 100; ++i)
+            decoder.Feed("\nX: 5 Y: 0 Z: 1 uT", i * kPeriodNs);
+        QVERIFY(decoder.IsSettled());
+        QVERIFY(!decoder.Feed("\n", 100 * kPeriodNs).isEmpty());
+        QVector<BoardSample> samples;
+        for (int i = 101; i < 121; ++i)
+            samples += decoder.Feed("X: 5 Y: 0 Z: 1\n", i * kPeriodNs);
+        QCOMPARE(samples.size(), numAfter);
+        if (numAfter > 0)
+            QVERIFY(std::abs(samples.last().field.x - x) < 1e-12);
+        QVERIFY(!decoder.Feed("X: 5 Y: 0 Z: 1 uT\n", 122 * kPeriodNs).isEmpty());
+    }
+
+    // Four columns whose first grows for two seconds, but not as a clock does.
+    void fieldThatGrowsIsNoClock()
+    {
+        constexpr qint64 kPeriodNs = 10000000;
+        CBoardDecoder decoder(CUnits::MICRO_TESLA, 1, {});
+        QVector<BoardSample> samples;
+        for (int i = 0; i < 300; ++i) {
+            const QByteArray x = QByteArray::number(i < 200 ? 40 + 0.1 * i : 80 - 0.1 * i);
+            samples += decoder.Feed('\n' + x + ",2,3,21.5", i * kPeriodNs);
+        }
+        QVERIFY(decoder.IsSettled());
+        QVERIFY(!decoder.UsesDeviceTime());
+        QVERIFY(samples.size() > 100);
+        QCOMPARE(samples.first().field.y, 2.0);
+        QCOMPARE(samples.first().temperature, 21.5);
+        QVERIFY(std::abs(samples.last().field.x - 50.2) < 1e-9);
+        QVERIFY(std::abs(decoder.Rate() - 100) < 1e-6);
+    }
+
     void queue()
     {
         CSampleQueue queue;

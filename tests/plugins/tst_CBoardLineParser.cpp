@@ -192,6 +192,25 @@ void tst_CBoardLineParser::fourColumns()
     QCOMPARE(readings.last().field.x, 4.0);
     QVERIFY(!readings.last().temperature);
 
+    QVERIFY(clock.HasGuessedClock());
+    // It is found to be one: from now on it may start anew.
+    clock.JudgeGuessedClock(true);
+    QVERIFY(clock.Feed("5,1,2,3")->deviceTime);
+
+    // A field that grows by chance is no clock: what falls gives it away, as does who knows the host's clock.
+    CBoardLineParser growing;
+    QCOMPARE(readAll(growing, {"1,1,2,25", "2,1,2,25", "3,1,2,25", "4,1,2,25"}).size(), 1);
+    QVERIFY(growing.HasGuessedClock());
+    readings = readAll(growing, {"3,1,2,25", "1,1,2,25", "2,1,2,25", "4,7,2,25"});
+    QCOMPARE(readings.size(), 1);
+    QVERIFY(!readings.last().deviceTime);
+    QCOMPARE(readings.last().field.y, 7.0);
+    CBoardLineParser judged;
+    readAll(judged, {"1,1,2,25", "2,1,2,25", "3,1,2,25", "4,1,2,25"});
+    judged.JudgeGuessedClock(false);
+    QVERIFY(!judged.HasGuessedClock());
+    QCOMPARE(judged.Feed("5,1,2,25")->field.x, 5.0);
+
     CBoardLineParser temperature;
     readings = readAll(temperature, {"10,1,2,25", "11,1,2,25", "9,1,2,25", "12,1,2,25"});
     QCOMPARE(readings.size(), 1);
@@ -297,6 +316,12 @@ void tst_CBoardLineParser::rejected_data()
     QTest::newRow("not a number") << QByteArray("1 nan 3");
     QTest::newRow("empty column") << QByteArray("1,,3");
     QTest::newRow("two points") << QByteArray("1.2.3 4 5");
+    QTest::newRow("a lone sign") << QByteArray("1 - 3");
+    QTest::newRow("a sign before no number") << QByteArray("X: - Y: 2 Z: 3");
+    QTest::newRow("beyond a float") << QByteArray("1e39 4 5");
+    QTest::newRow("beyond a float in another unit") << QByteArray("X: 1 Y: -3e35 Z: 3 T");
+    QTest::newRow("zero with a last digit beyond") << QByteArray("1 0e300 3");
+    QTest::newRow("infinite") << QByteArray("X: inf Y: -inf Z: 3");
     QTest::newRow("overflow") << QByteArray("1e999 4 5");
     QTest::newRow("labelled overflow") << QByteArray("X:1e999 Y:4 Z:5");
     QTest::newRow("labelled, two points") << QByteArray("X: 1.2.3 Y: 4 Z: 5");

@@ -35,7 +35,7 @@ private slots:
         QCOMPARE(textOf(machine.Place()), QByteArray("-90.00 -55.00 -8.00"));
         QVERIFY(bench.wasAtRest);
         QCOMPARE(textOf(bench.driver.Place()), QByteArray("9.00 -5.00 2.00"));
-        QCOMPARE(machine.CountOf("G1 X10.000 Y-5.000 Z2.000 F6000.0"), 1);
+        QCOMPARE(machine.CountOf("G1 X10.000 Y-5.000 Z2.000 F30000.0"), 1);
         QCOMPARE(machine.CountOf("$H"), 0);
         QCOMPARE(machine.CountOf("$X"), 0);
         // To where it is, it arrives too; and the next session uses the open port.
@@ -64,6 +64,7 @@ private slots:
         machine.IsBarrierInstant = true;
         machine.Run();
         Bench bench(machine);
+        bench.settings.feed = 6000;
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({30, 0, 0});
         QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
@@ -235,7 +236,6 @@ private slots:
         machine.NumLinesToLose = lost.isEmpty() ? 0 : 1;
         machine.MuteBeginning = mute;
         machine.NumAnswersToLose = mute.isEmpty() ? 0 : 1;
-        machine.Motion().Acceleration = 50000;
         machine.Run();
         Bench bench(machine, Bench::AlertTimes());
         bench.driver.Start(bench.settings);
@@ -251,6 +251,7 @@ private slots:
     void stops()
     {
         CGrblResponder machine;
+        machine.Motion().Acceleration = 2000;
         machine.WorkOffset = {-20, 0, 0};
         // As one of G92, which a reset ends.
         machine.OffsetAfterStop = CMotionModel::Place{30, 0, 0};

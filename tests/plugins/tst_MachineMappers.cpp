@@ -16,7 +16,11 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
+
+#include <array>
+#include <memory>
 
 namespace {
 
@@ -73,7 +77,7 @@ private slots:
         QVERIFY(grbl && scan && marlin);
         QCOMPARE(grbl->Name, QStringLiteral("GRBL machine"));
         QCOMPARE(grbl->MapperType, 2);
-        QCOMPARE(scan->Name, QStringLiteral("GRBL machine on the fly"));
+        QCOMPARE(scan->Name, QStringLiteral("GRBL on the fly"));
         QCOMPARE(scan->MapperType, 1);
         QCOMPARE(marlin->Name, QStringLiteral("Marlin machine"));
         QCOMPARE(marlin->MapperType, 2);
@@ -113,20 +117,20 @@ private slots:
         QSignalSpy ready(grbl.get(), &CMapperPluginStopAndGo::Ready);
         grbl->Start();
         moveTo(*grbl, 3);
-        QTRY_VERIFY(stageDialog());
+        QTRY_VERIFY_WITH_TIMEOUT(stageDialog(), kPatienceMs);
         stageDialog()->findChild<QComboBox*>(QStringLiteral("stagePort"))->setEditText(machine.Port());
         QTest::mouseClick(stageDialog()->findChild<QPushButton*>(QStringLiteral("stageAccept")),
                           Qt::LeftButton);
         QVERIFY(!stageDialog());
         // The place asked for meanwhile is gone to.
-        QTRY_COMPARE(ready.count(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, kPatienceMs);
         QCOMPARE(grbl->GetPosition().X(), 3.0);
         grbl->Stop();
         // It does not ask twice.
         grbl->Start();
         QVERIFY(!stageDialog());
         moveTo(*grbl, 0);
-        QTRY_COMPARE(ready.count(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 2, kPatienceMs);
     }
 
     void refusedDialogLeavesThePageUsable()
@@ -134,7 +138,7 @@ private slots:
         const ThreadLog log;
         const auto scan = make<CMapperPluginOnTheFly>(GRBL_SCAN_PATH);
         scan->Start();
-        QTRY_VERIFY(stageDialog());
+        QTRY_VERIFY_WITH_TIMEOUT(stageDialog(), kPatienceMs);
         QTest::mouseClick(stageDialog()->findChild<QPushButton*>(QStringLiteral("stageCancel")),
                           Qt::LeftButton);
         QVERIFY(!stageDialog());
@@ -144,7 +148,7 @@ private slots:
         // The end of the session takes the question away.
         const auto marlin = make<CMapperPluginStopAndGo>(MARLIN_PATH);
         marlin->Start();
-        QTRY_VERIFY(stageDialog());
+        QTRY_VERIFY_WITH_TIMEOUT(stageDialog(), kPatienceMs);
         marlin->Stop();
         QVERIFY(!stageDialog());
     }
@@ -170,41 +174,56 @@ private slots:
         for (int round = 1; round <= 2; ++round) {
             grbl->Start();
             moveTo(*grbl, 1);
-            QTRY_COMPARE(ready.count(), round);
+            QTRY_COMPARE_WITH_TIMEOUT(ready.count(), round, kPatienceMs);
             grbl->Stop();
             places.clear();
             scan->Start();
-            QTRY_COMPARE(places.size(), 3);
+            QTRY_COMPARE_WITH_TIMEOUT(places.size(), 3, kPatienceMs);
             QCOMPARE(scan->GetOrientation().Yaw(), 30.0);
             scan->Stop();
         }
         QVERIFY(!log.Contains("cannot be opened"));
     }
 
-    void pluginsKeepTheContract_data()
-    {
-        QTest::addColumn<QString>("library");
-        QTest::newRow("grbl") << QStringLiteral(GRBL_PATH);
-        QTest::newRow("grbl on the fly") << QStringLiteral(GRBL_SCAN_PATH);
-        QTest::newRow("marlin") << QStringLiteral(MARLIN_PATH);
-    }
-
+    // Each with a machine and a settings folder of its own, all at the same time.
     void pluginsKeepTheContract()
     {
-        QFETCH(const QString, library);
-        CGrblResponder grbl;
-        CMarlinResponder marlin;
-        grbl.Run();
-        marlin.Run();
-        writePort(kGrblSettings, grbl, "[Scan]\nToX=10\nLines=2\nSpacing=2\nFeed=3000\n");
-        writePort(kMarlinSettings, marlin);
-        QProcess check;
-        check.setProcessChannelMode(QProcess::MergedChannels);
-        check.start(QStringLiteral(PLUGIN_CHECK_PATH), {QStringLiteral("--strict"), library});
-        QVERIFY(check.waitForFinished(30000));
-        const QByteArray output = check.readAll();
-        QVERIFY2(check.exitStatus() == QProcess::NormalExit && check.exitCode() == 0, output.constData());
-        QVERIFY(!grbl.Lines().isEmpty() || !marlin.Lines().isEmpty());
+        struct Check
+        {
+            QString library;
+            std::unique_ptr<CMachineResponder> machine;
+            QTemporaryDir home{};
+            QProcess process{};
+        };
+        std::array<Check, 3> checks{{{QStringLiteral(GRBL_PATH), std::make_unique<CGrblResponder>()},
+                                     {QStringLiteral(GRBL_SCAN_PATH), std::make_unique<CGrblResponder>()},
+                                     {QStringLiteral(MARLIN_PATH), std::make_unique<CMarlinResponder>()}}};
+        for (Check& check : checks) {
+            check.machine->Run();
+            const QByteArray settings = "[Machine]\nPort=" + check.machine->Port().toUtf8() +
+                                        "\nFeed=6000\nSettleMs=5\n"
+                                        "[Scan]\nToX=10\nLines=2\nSpacing=2\nFeed=3000\n";
+            QVERIFY(QDir(check.home.path()).mkdir(QStringLiteral("Kestrix")));
+            for (const QString& name : {kGrblSettings, kMarlinSettings}) {
+                QFile file(check.home.filePath(QStringLiteral("Kestrix/") + name));
+                QVERIFY(file.open(QIODevice::WriteOnly) && file.write(settings) == settings.size());
+            }
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert(QStringLiteral("XDG_DATA_HOME"), check.home.path());
+            check.process.setProcessEnvironment(environment);
+            check.process.setProcessChannelMode(QProcess::MergedChannels);
+            // A busy machine must not look like a slow plug-in.
+            check.process.start(QStringLiteral(PLUGIN_CHECK_PATH),
+                                {QStringLiteral("--strict"), QStringLiteral("--slow"), QStringLiteral("5000"),
+                                 QStringLiteral("--wait"), QStringLiteral("30"), check.library});
+        }
+        for (Check& check : checks) {
+            QVERIFY(check.process.waitForFinished(3 * kPatienceMs));
+            const QByteArray output = check.process.readAll();
+            QVERIFY2(check.process.exitStatus() == QProcess::NormalExit && check.process.exitCode() == 0,
+                     output.constData());
+            QVERIFY(!check.machine->Lines().isEmpty());
+        }
     }
 };
 

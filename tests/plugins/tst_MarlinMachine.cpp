@@ -48,7 +48,7 @@ private slots:
         QVERIFY(bench.wasAtRest);
         QCOMPARE(textOf(machine.Place()), QByteArray("90.00 105.00 10.00"));
         QCOMPARE(textOf(bench.driver.Place()), QByteArray("-10.00 5.00 10.00"));
-        QCOMPARE(machine.CountOf("G1 X90.000 Y105.000 Z10.000 F6000.0"), 1);
+        QCOMPARE(machine.CountOf("G1 X90.000 Y105.000 Z10.000 F30000.0"), 1);
         QCOMPARE(machine.CountOf("G28"), 0);
         QCOMPARE(machine.CountOf("M84 S0"), 1);
         QCOMPARE(machine.CountOf("M84"), 1);
@@ -199,7 +199,6 @@ private slots:
         machine.NumLinesToLose = lost.isEmpty() ? 0 : 1;
         machine.MuteBeginning = mute;
         machine.NumAnswersToLose = mute.isEmpty() ? 0 : 1;
-        machine.Motion().Acceleration = 50000;
         machine.Run();
         Bench bench(machine, Bench::AlertTimes());
         bench.driver.Start(bench.settings);

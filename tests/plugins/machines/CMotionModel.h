@@ -12,7 +12,7 @@ public:
     using Place = std::array<double, 3>;
 
     Place At{};
-    double Acceleration = 2000;
+    double Acceleration = 20000;
 
     void Add(const Place& goal, double speed) { m_moves.push_back({goal, speed}); }
     void Advance(double seconds);

@@ -49,7 +49,7 @@ public:
                  times)
     {
         settings.port = responder.Port();
-        settings.feed = 6000;
+        settings.feed = 30000;
         settings.settleMs = 5;
     }
 

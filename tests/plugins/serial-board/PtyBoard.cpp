@@ -3,6 +3,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <chrono>
 
 #include <fcntl.h>
@@ -70,8 +71,11 @@ void PtyBoard::run(const std::function<PtyWrite()>& next)
         const PtyWrite write = next();
         if (write.atS < 0)
             return;
-        std::this_thread::sleep_until(start + std::chrono::duration_cast<steady_clock::duration>(
-                                                  std::chrono::duration<double>(write.atS)));
+        const auto due = start + std::chrono::duration_cast<steady_clock::duration>(
+                                     std::chrono::duration<double>(write.atS));
+        std::this_thread::sleep_until(due);
+        const double latenessS = std::chrono::duration<double>(steady_clock::now() - due).count();
+        m_largestLatenessS = std::max<double>(m_largestLatenessS, latenessS);
         const int master = m_master;
         if (master >= 0 &&
             ::write(master, write.bytes.constData(), static_cast<size_t>(write.bytes.size())) < 0)

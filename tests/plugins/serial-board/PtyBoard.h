@@ -37,6 +37,8 @@ public:
     void Stop();
     /// Steady clock at the start, nanoseconds.
     qint64 StartNs() const { return m_startNs; }
+    /// What was sent latest after its time, because the computer had other things to do. Seconds.
+    double LargestLatenessS() const { return m_largestLatenessS; }
 
 private:
     void run(const std::function<PtyWrite()>& next);
@@ -47,4 +49,5 @@ private:
     std::thread m_thread;
     std::atomic<bool> m_isStopping{false};
     std::atomic<qint64> m_startNs{0};
+    std::atomic<double> m_largestLatenessS{0};
 };
