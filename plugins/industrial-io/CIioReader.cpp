@@ -2,9 +2,9 @@
 #include "CIioReader.h"
 
 #include "CIioClock.h"
+#include "IioText.h"
 #include "SteadyTime.h"
-
-#include <QCoreApplication>
+#include "TimeUnits.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -13,10 +13,6 @@
 
 namespace {
 
-constexpr double kMsPerSecond = 1000;
-constexpr qint64 kNsPerMs = 1000000;
-constexpr double kSecondsPerNs = 1e-9;
-constexpr double kNsPerSecond = 1e9;
 // Scans are fetched so often, or one by one.
 constexpr double kFetchS = 0.05;
 constexpr int kMaxScans = 4096;
@@ -34,12 +30,7 @@ constexpr double kMaxPollingLoad = 0.8;
 constexpr int kTrials = 3;
 constexpr int kPollingDigits = 2;
 
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("CIioReader", text);
-}
-
-double rounded(double value, int digits)
+double roundedTo(double value, int digits)
 {
     return QString::number(value, 'g', digits).toDouble();
 }
@@ -103,14 +94,14 @@ bool CIioReader::open()
     const IioError error = m_context.Open(m_capture.device.uri, m_capture.timeoutMs);
     if (error.code != 0) {
         fail(error.IsTimeout()
-                 ? tr("The context %1 does not answer").arg(m_capture.device.uri)
-                 : tr("The context %1 cannot be opened: %2").arg(m_capture.device.uri, error.Text()));
+                 ? iioText("The context %1 does not answer").arg(m_capture.device.uri)
+                 : iioText("The context %1 cannot be opened: %2").arg(m_capture.device.uri, error.Text()));
         return false;
     }
     beat();
     const QString problem = m_magnetometer.Open(m_capture.device.id);
     if (!problem.isEmpty()) {
-        fail(tr("The magnetometer %1 cannot be used: %2").arg(m_capture.device.Location(), problem));
+        fail(iioText("The magnetometer %1 cannot be used: %2").arg(m_capture.device.Location(), problem));
         return false;
     }
     beat();
@@ -127,7 +118,7 @@ void CIioReader::capture()
         const QString problem = m_magnetometer.ChooseTrigger(m_capture.trigger);
         isBuffered = problem.isEmpty();
         if (!isBuffered)
-            notice(tr("The buffer of %1 cannot be used (%2): it is polled instead")
+            notice(iioText("The buffer of %1 cannot be used (%2): it is polled instead")
                        .arg(m_capture.device.Location(), problem));
     }
     while (!isAsked(-1)) {
@@ -154,7 +145,7 @@ CIioReader::End CIioReader::captureBuffer(int request, double rate)
 {
     if (rate > 0 && !m_isRateRefused && !m_magnetometer.SetRate(rate)) {
         m_isRateRefused = true;
-        notice(tr("The rate of %1 cannot be set: it stays at %2 Hz")
+        notice(iioText("The rate of %1 cannot be set: it stays at %2 Hz")
                    .arg(m_capture.device.Location())
                    .arg(m_magnetometer.Rate()));
     }
@@ -171,7 +162,7 @@ CIioReader::End CIioReader::captureBuffer(int request, double rate)
     if (isAsked(request))
         return End::Asked;
     if (error.code != 0) {
-        notice(tr("The buffer of %1 cannot be used (%2): it is polled instead")
+        notice(iioText("The buffer of %1 cannot be used (%2): it is polled instead")
                    .arg(m_capture.device.Location(), error.Text()));
         return End::Unusable;
     }
@@ -193,7 +184,8 @@ CIioReader::End CIioReader::fetch(int request, double nominal)
         if (error.IsTimeout() && !m_capture.device.IsNetwork()) {
             if (m_hasReadings)
                 continue;
-            notice(tr("The buffer of %1 stays empty: it is polled instead").arg(m_capture.device.Location()));
+            notice(iioText("The buffer of %1 stays empty: it is polled instead")
+                       .arg(m_capture.device.Location()));
             return End::Unusable;
         }
         if (error.code == EINTR)
@@ -213,9 +205,9 @@ CIioReader::End CIioReader::fetch(int request, double nominal)
 void CIioReader::settle(double measured, double nominal, bool usesDeviceTime)
 {
     const bool isOther = nominal <= 0 || std::abs(measured / nominal - 1) > kRateTolerance;
-    const double rate = isOther ? rounded(measured, kRateDigits) : nominal;
+    const double rate = isOther ? roundedTo(measured, kRateDigits) : nominal;
     if (isOther && nominal > 0)
-        notice(tr("%1 gives %2 readings per second, though it is set to %3")
+        notice(iioText("%1 gives %2 readings per second, though it is set to %3")
                    .arg(m_capture.device.Location())
                    .arg(rate)
                    .arg(nominal));
@@ -288,7 +280,7 @@ IioError CIioReader::measurePollingRate()
             return error;
     }
     const double readS = static_cast<double>(steadyNs() - startNs) * kSecondsPerNs / kTrials;
-    double max = std::fmin(rounded(kMaxPollingLoad / readS, kPollingDigits), kMaxPollingRate);
+    double max = std::fmin(roundedTo(kMaxPollingLoad / readS, kPollingDigits), kMaxPollingRate);
     const CSamplingRates rates = m_magnetometer.Rates();
     if (!rates.IsEmpty()) {
         m_isRateRefused = m_isRateRefused || !m_magnetometer.SetRate(rates.Max());
@@ -336,10 +328,10 @@ CIioReader::End CIioReader::failFor(const IioError& error)
     // Over a network a time-out looks like a connection that was closed.
     const bool isLate = m_capture.device.IsNetwork() && m_callNs > m_capture.timeoutMs * kNsPerMs / 2;
     if (error.IsTimeout() || isLate)
-        return fail(tr("The magnetometer %1 does not answer").arg(location));
+        return fail(iioText("The magnetometer %1 does not answer").arg(location));
     if (error.IsGone())
-        return fail(tr("The magnetometer %1 is gone").arg(location));
-    return fail(tr("The magnetometer %1 cannot be read: %2").arg(location, error.Text()));
+        return fail(iioText("The magnetometer %1 is gone").arg(location));
+    return fail(iioText("The magnetometer %1 cannot be read: %2").arg(location, error.Text()));
 }
 
 CIioReader::End CIioReader::fail(const QString& problem)

@@ -2,8 +2,8 @@
 #include "CIioScanner.h"
 
 #include "CIioContext.h"
+#include "IioText.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -16,11 +16,6 @@ namespace {
 constexpr int kLocalLookMs = 500;
 constexpr int kNetworkLookMs = 5000;
 const QLatin1String kLocal("local:");
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("CIioScanner", text);
-}
 
 // Changes whenever a device comes, goes or is exchanged. To look into devices costs far more.
 QByteArray localDevices()
@@ -77,9 +72,9 @@ IioScan CIioScanner::look() const
     if (error.code == 0)
         scan.devices = context.Magnetometers();
     else if (error.IsTimeout())
-        scan.problem = tr("The context %1 does not answer").arg(m_uri);
+        scan.problem = iioText("The context %1 does not answer").arg(m_uri);
     else if (m_uri != kLocal || (error.code != ENOENT && error.code != ENODEV))
-        scan.problem = tr("The context %1 cannot be opened: %2").arg(m_uri, error.Text());
+        scan.problem = iioText("The context %1 cannot be opened: %2").arg(m_uri, error.Text());
     return scan;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "IioText.h"
 
+#include <QCoreApplication>
+
 #include <cmath>
 
 std::optional<double> numberOfAttribute(const QByteArray& text)
@@ -12,4 +14,9 @@ std::optional<double> numberOfAttribute(const QByteArray& text)
     if (!ok || !std::isfinite(value))
         return std::nullopt;
     return value;
+}
+
+QString iioText(const char* text)
+{
+    return QCoreApplication::translate("IndustrialIo", text);
 }

@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr double kSecondsPerNs = 1e-9;
 // What of the past the line still knows: long against the jitter, short against the drift of a cheap clock.
 constexpr double kMemoryS = 4;
 constexpr double kMemoryReadings = 16;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "CPortReader.h"
 
+#include "TimeUnits.h"
+
 #include <QElapsedTimer>
 
 #include <chrono>
@@ -12,7 +14,6 @@ constexpr int kWatchMs = 250;
 // Silence is noticed after so long, and after so many samples of a slow board.
 constexpr double kSilentS = 2;
 constexpr double kSilentSamples = 10;
-constexpr double kSecondsPerNs = 1e-9;
 
 qint64 steadyNs()
 {

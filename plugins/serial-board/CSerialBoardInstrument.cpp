@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "CSerialBoardInstrument.h"
 
+#include "TimeUnits.h"
+
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -12,7 +14,6 @@ constexpr int kMaxAveraging = 1000;
 constexpr int kMaxBlockSize = 65535;
 constexpr double kMinDisplayRate = 1e-4;
 constexpr double kDefaultDisplayRate = 10;
-constexpr double kMsPerSecond = 1000;
 // What the time for learning a board's rate can tell.
 constexpr int kRateDigits = 4;
 // Of its last digit: what is closer is the same rate, so that it does not flicker between two.

@@ -5,3 +5,5 @@
 
 inline constexpr qint64 kNsPerSecond = 1000000000;
 inline constexpr qint64 kNsPerMs = 1000000;
+inline constexpr double kSecondsPerNs = 1e-9;
+inline constexpr double kMsPerSecond = 1000;
