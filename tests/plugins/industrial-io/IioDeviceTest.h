@@ -29,7 +29,6 @@ private slots:
     void bufferStaysEmpty();
     void twoDevicesOneVanishes();
     void vanishesWhilePolled();
-    void checkFindsNothing();
 
 private:
     const QString m_refused;

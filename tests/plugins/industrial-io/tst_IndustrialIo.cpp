@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "IioCheckTest.h"
 #include "IioDeviceTest.h"
 #include "IioNetworkTest.h"
 #include "IioPartsTest.h"
@@ -7,17 +8,32 @@
 #include <QCoreApplication>
 #include <QtTest>
 
+#include <memory>
+
+namespace {
+
+// One program, several tests: each waits much, and they need not wait for one another.
+std::unique_ptr<QObject> testOfName(const QByteArray& name, const QString& refused)
+{
+    if (name == "devices")
+        return std::make_unique<IioDeviceTest>(refused);
+    if (name == "network")
+        return std::make_unique<IioNetworkTest>(refused);
+    if (name == "check")
+        return std::make_unique<IioCheckTest>(refused);
+    return std::make_unique<IioPartsTest>();
+}
+
+} // namespace
+
+// The first argument names the test; what follows is for Qt.
 int main(int argc, char* argv[])
 {
     // Before there is a second thread.
     const QString refused = enterPrivateNamespace();
     QCoreApplication application(argc, argv);
-    IioPartsTest parts;
-    IioDeviceTest devices(refused);
-    IioNetworkTest network(refused);
-    int failed = 0;
-    for (QObject* test :
-         {static_cast<QObject*>(&parts), static_cast<QObject*>(&devices), static_cast<QObject*>(&network)})
-        failed += QTest::qExec(test, argc, argv);
-    return failed;
+    QStringList arguments = QCoreApplication::arguments();
+    const QByteArray name = arguments.size() > 1 ? arguments.takeAt(1).toLatin1() : QByteArray();
+    const std::unique_ptr<QObject> test = testOfName(name, refused);
+    return QTest::qExec(test.get(), arguments);
 }
