@@ -2,9 +2,16 @@
 // Saves and loads records of 120,000 samples and compares the times with those of peers, measured in the same
 // run.
 
+#include "CInstrumentSupervisor.h"
+#include "CMappingOperationViewModel.h"
+#include "CMeterOperationViewModel.h"
+#include "COperationMapping.h"
+#include "COperationMeasure.h"
+#include "CPluginsManager.h"
 #include "CRecordingManagerMapping.h"
 #include "CRecordingManagerMeasure.h"
 #include "CSettings.h"
+#include "CUserNotifier.h"
 #include "LocalTimeZone.h"
 
 #include <QCoreApplication>
@@ -21,6 +28,7 @@
 #include <cstdio>
 #include <ctime>
 #include <functional>
+#include <vector>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
@@ -30,6 +38,9 @@ namespace {
 
 constexpr int kSamples = 120000;
 constexpr int kRuns = 7;
+constexpr int kTurns = 25;
+constexpr int kMappingBlocks = 10000;
+constexpr int kMappingSamples = 100 * kMappingBlocks;
 
 struct Shape
 {
@@ -227,73 +238,108 @@ void writeMapping(const QString& path, int blocks, const CDataSetMeasurement& me
     manager.DataSet()->Clear();
 }
 
-/// Loads the record once and prints how many milliseconds that took, by the clock and of the processor.
-template <class Manager> void loadOnce(const CSettings& settings, const QString& path)
+class SilentNotifier : public CUserNotifier
 {
-    Manager manager(settings);
-    const std::clock_t cpuBefore = std::clock();
-    QElapsedTimer timer;
-    timer.start();
-    manager.Load(path);
-    const double wallMs = static_cast<double>(timer.nsecsElapsed()) / 1e6;
-    std::printf("%f %f\n", wallMs, 1000.0 * static_cast<double>(std::clock() - cpuBefore) / CLOCKS_PER_SEC);
-}
-
-struct LoadTimes
-{
-    double wallMs = HUGE_VAL;
-    double cpuMs = HUGE_VAL;
+public:
+    void ShowTrayMessage(const QString&, const QString&) override {}
+    void Beep() override {}
 };
 
-/// Loads the record in a process of its own, which has no memory yet from loads before, and keeps what took
-/// less than before.
-void load(const QString& kind, const QString& path, LoadTimes& best)
+double cpuMs()
 {
-    QProcess process;
-    process.start(QCoreApplication::applicationFilePath(), {kind, path});
-    process.waitForFinished(120000);
-    const QList<QByteArray> times = process.readAllStandardOutput().trimmed().split(' ');
-    if (times.size() != 2)
-        return;
-    best.wallMs = std::min(best.wallMs, times.at(0).toDouble());
-    best.cpuMs = std::min(best.cpuMs, times.at(1).toDouble());
+    return 1000.0 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
-/// A short and a long mapping against the record of a measurement with as many samples in a block, loaded in
-/// turns.
+/// Loads the record once and shows it on its page, and prints how many milliseconds of the processor each of
+/// the two took.
+template <class Operation, class Page> void loadOnce(CSettings& settings, const QString& path)
+{
+    CPluginsManager pluginsManager(settings);
+    CInstrumentSupervisor supervisor(&settings);
+    Operation operation(&settings, &pluginsManager, &supervisor);
+    SilentNotifier notifier;
+    const double begin = cpuMs();
+    operation.RecordingManager()->Load(path);
+    const double loaded = cpuMs();
+    const Page page(&operation, &settings, &notifier);
+    std::printf("%f %f\n", loaded - begin, cpuMs() - loaded);
+}
+
+struct Record
+{
+    const char* what;
+    QString argument;
+    QString path;
+    int samples;
+    std::vector<double> loadNs = {}; ///< a sample, one entry a turn
+    std::vector<double> showNs = {};
+    std::vector<double> bothNs = {};
+};
+
+double medianOf(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.empty() ? std::nan("") : values[values.size() / 2];
+}
+
+/// Loads the record in a process of its own, which has no memory yet from loads before.
+void load(Record& record)
+{
+    QProcess process;
+    process.start(QCoreApplication::applicationFilePath(), {record.argument, record.path});
+    process.waitForFinished(120000);
+    const QList<QByteArray> times = process.readAllStandardOutput().trimmed().split('\n').last().split(' ');
+    if (times.size() != 2)
+        return;
+    const double nsPerMs = 1e6 / record.samples;
+    record.loadNs.push_back(times.at(0).toDouble() * nsPerMs);
+    record.showNs.push_back(times.at(1).toDouble() * nsPerMs);
+    record.bothNs.push_back(record.loadNs.back() + record.showNs.back());
+}
+
+/// A long mapping against the records of measurements that a full dataset makes, loaded in turns.
 void measureMapping(const CSettings& settings, const QString& directory, QTextStream& out)
 {
-    const QString measurementPath = directory + QStringLiteral("/measurement.qdr.xml");
-    const QString mappingPath = directory + QStringLiteral("/mapping.qdr.xml");
-    out << "\n**Mapping records, blocks of 100**\n\n| samples | load, ms | million samples a second | "
-           "measurement record | ratio | ratio of processor time | aim |\n|---|---|---|---|---|---|---|\n";
-    out.flush();
-    for (const int blocks : {1200, 10000}) {
-        CMeasurementParameters parameters;
-        CRecordingManagerMeasure measurement(settings);
-        CRecordingManagerMapping mapping(settings);
-        measurement.DataSet()->SetMeasurementParameters(&parameters);
-        mapping.DataSet()->SetMeasurementParameters(&parameters);
-        fill(measurement, kShapes[0]);
-        measurement.Save(measurementPath);
-        writeMapping(mappingPath, blocks, *measurement.DataSet(), mapping);
+    CMeasurementParameters parameters;
+    parameters.SetBlockSize(100);
+    std::vector<Record> records{
+        {"measurement, blocks of 2", kLoadMeasurement, directory + QStringLiteral("/blocks2.xml"), kSamples},
+        {"measurement, blocks of 10", kLoadMeasurement, directory + QStringLiteral("/blocks10.xml"),
+         kSamples},
+        {"measurement, blocks of 100", kLoadMeasurement, directory + QStringLiteral("/blocks100.xml"),
+         kSamples},
+        {"mapping, blocks of 100", kLoadMapping, directory + QStringLiteral("/mapping.xml"), kMappingSamples},
+    };
+    CRecordingManagerMeasure measurement(settings);
+    measurement.DataSet()->SetMeasurementParameters(&parameters);
+    const Shape shapes[] = {kShapes[1], kShapes[2], kShapes[0]};
+    for (size_t i = 0; i < std::size(shapes); ++i) {
         measurement.DataSet()->Clear();
+        fill(measurement, shapes[i]);
+        measurement.Save(records[i].path);
+    }
+    CRecordingManagerMapping mapping(settings);
+    mapping.DataSet()->SetMeasurementParameters(&parameters);
+    writeMapping(records.back().path, kMappingBlocks, *measurement.DataSet(), mapping);
+    measurement.DataSet()->Clear();
 
-        LoadTimes ofMeasurement;
-        LoadTimes ofMapping;
-        for (int run = 0; run < kRuns; ++run) {
-            load(kLoadMeasurement, measurementPath, ofMeasurement);
-            load(kLoadMapping, mappingPath, ofMapping);
-        }
-        const double sampleRatio = blocks * 100.0 / kSamples;
+    for (int turn = 0; turn < kTurns; ++turn) {
+        for (Record& record : records)
+            load(record);
+    }
+    const Record& last = records.back();
+    out << "\n**A mapping of " << kMappingSamples << " samples against measurements of " << kSamples
+        << "**, medians of " << kTurns
+        << " turns\n\n| record | load, ns of the processor a sample | mapping to it | show on its page | "
+           "both | mapping to it | aim |\n|---|---|---|---|---|---|---|\n";
+    for (const Record& record : records) {
         out << QStringLiteral("| %1 | %2 | %3 | %4 | %5 | %6 | 1 |\n")
-                   .arg(blocks * 100)
-                   .arg(ofMapping.wallMs, 0, 'f', 1)
-                   .arg(blocks * 100 / ofMapping.wallMs / 1000, 0, 'f', 2)
-                   .arg(kSamples / ofMeasurement.wallMs / 1000, 0, 'f', 2)
-                   .arg(ofMapping.wallMs / ofMeasurement.wallMs / sampleRatio, 0, 'f', 2)
-                   .arg(ofMapping.cpuMs / ofMeasurement.cpuMs / sampleRatio, 0, 'f', 2);
-        out.flush();
+                   .arg(QLatin1String(record.what))
+                   .arg(medianOf(record.loadNs), 0, 'f', 0)
+                   .arg(medianOf(last.loadNs) / medianOf(record.loadNs), 0, 'f', 2)
+                   .arg(medianOf(record.showNs), 0, 'f', 0)
+                   .arg(medianOf(record.bothNs), 0, 'f', 0)
+                   .arg(medianOf(last.bothNs) / medianOf(record.bothNs), 0, 'f', 2);
     }
 }
 
@@ -307,11 +353,11 @@ int main(int argc, char* argv[])
         keepLocalTimeZone();
     const QStringList arguments = application.arguments();
     if (arguments.size() == 3) {
-        const CSettings settings(QCoreApplication::applicationDirPath());
+        CSettings settings(QCoreApplication::applicationDirPath());
         if (arguments.at(1) == kLoadMapping)
-            loadOnce<CRecordingManagerMapping>(settings, arguments.at(2));
+            loadOnce<COperationMapping, CMappingOperationViewModel>(settings, arguments.at(2));
         else
-            loadOnce<CRecordingManagerMeasure>(settings, arguments.at(2));
+            loadOnce<COperationMeasure, CMeterOperationViewModel>(settings, arguments.at(2));
         return 0;
     }
     QTextStream out(stdout);

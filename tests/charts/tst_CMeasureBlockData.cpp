@@ -97,6 +97,8 @@ private slots:
     void mappingRowsFollowTheDatasetLimit();
     void mappingRowsDroppedAtOnceForManyLostBlocks();
     void mappingReplayKeepsCopies();
+    void mappingOwnListStates_data() { ownListStates_data(); }
+    void mappingOwnListStates();
     void mappingBlockWithoutSamples();
     void manyMappingBlocksAtOnce_data();
     void manyMappingBlocksAtOnce();
@@ -413,6 +415,27 @@ void tst_CMeasureBlockData::mappingReplayKeepsCopies()
         QCOMPARE(values.at(0), 1 + 0.1 * (i + 1));
         QCOMPARE(values.at(1), 2 + 0.1 * (i + 1));
     }
+}
+
+/// A replay alone keeps rows of its own; what other operations do with a loaded dataset is no matter.
+void tst_CMeasureBlockData::mappingOwnListStates()
+{
+    QFETCH(bool, playingBack);
+    QFETCH(bool, dataLoaded);
+    QFETCH(bool, recording);
+    QFETCH(bool, idleWithData);
+    CRecordingManagerMapping manager(m_settings);
+    manager.SetIsPlayingBack(playingBack);
+    manager.SetIsDataLoaded(dataLoaded);
+    manager.SetIsRecording(recording);
+    manager.SetIsIdleWithData(idleWithData);
+    CMeasureBlockData model(manager.DataSet(), &manager);
+    manager.DataSet()->MeasureBlocks()->push_back(makeMappingBlock({1, 2}, 1));
+    model.AddMappingBlock(manager.DataSet()->MeasureBlocks()->back());
+    QCOMPARE(columnB(model), (QVector<float>{2}));
+    manager.DataSet()->MeasureBlocks()->front() = makeMappingBlock({3, 4}, 2);
+    QCOMPARE(columnB(model), (QVector<float>{playingBack ? 2.0F : 4.0F}));
+    QCOMPARE(columnOf(model, 265), (QVector<double>{playingBack ? 1.1 : 2.1}));
 }
 
 void tst_CMeasureBlockData::mappingBlockWithoutSamples()

@@ -28,6 +28,8 @@ private slots:
     void buttons();
     void isometricView();
     void axesFollowTheLimits();
+    void floorHasRoomForTheLabels_data();
+    void floorHasRoomForTheLabels();
     void axesInAnyOrderOfChanges();
     void limitsThatAreNone();
     void sliderByMouse();
@@ -163,6 +165,28 @@ void tst_VectorsChart3D::axesFollowTheLimits()
 }
 
 /// An axis that is given crossed ends moves the other one and says so in the log.
+void tst_VectorsChart3D::floorHasRoomForTheLabels_data()
+{
+    QTest::addColumn<double>("x");
+    QTest::addColumn<double>("z");
+    QTest::addColumn<double>("ratio");
+    QTest::newRow("square") << 3.0 << 3.0 << 1.0;
+    QTest::newRow("longer along X") << 4.5 << 3.0 << 1.5;
+    QTest::newRow("much longer along X") << 30.0 << 3.0 << 2.0;
+    QTest::newRow("longer along Z") << 3.0 << 4.0 << 0.75;
+    QTest::newRow("much longer along Z") << 3.0 << 300.0 << 0.5;
+}
+
+void tst_VectorsChart3D::floorHasRoomForTheLabels()
+{
+    QFETCH(double, x);
+    QFETCH(double, z);
+    m_page->setProperty("XStop", x);
+    m_page->setProperty("ZStop", z);
+    show();
+    QTEST(scene()->property("horizontalAspectRatio").toDouble(), "ratio");
+}
+
 void tst_VectorsChart3D::axesInAnyOrderOfChanges()
 {
     show();

@@ -358,6 +358,25 @@ private slots:
         QCOMPARE(file.readAll().count('\n'), 11 + 1 + 3 + 1);
     }
 
+    void sideFileOfAMapping()
+    {
+        m_settings.SetSaveRecordingsAsCsv(true);
+        CRecordingManagerMapping manager(m_settings);
+        manager.SetIsRecording(true);
+        manager.AddMeasureBlock(blockOf<CMeasureBlockMapping>(3));
+        manager.AddMeasureBlock(blockOf<CMeasureBlockMapping>(2));
+        manager.Save(m_directory.filePath(QStringLiteral("m.qdr.xml")));
+        QVERIFY(!manager.HasUnsavedData());
+        QVERIFY(QFileInfo::exists(m_directory.filePath(QStringLiteral("m.qdr.xml"))));
+        QFile file(m_directory.filePath(QStringLiteral("m.qdr.csv")));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        QVERIFY(text.contains("\nDescription;Magnetic Field Mapping File, Norvane\n"));
+        QCOMPARE(text.count("\nPosition (x y z);0;0;0\nOrientation (roll pitch yaw);0;0;0\nTimestamp;"), 2);
+        // Of each block three lines in front of its rows and an empty one behind.
+        QCOMPARE(text.count('\n'), 11 + (3 + 3 + 1) + (3 + 2 + 1));
+    }
+
     void sideFileAloneDecidesWhenTheRecordCannotBeOpened()
     {
         m_settings.SetSaveRecordingsAsCsv(true);
@@ -495,6 +514,24 @@ private slots:
         QCOMPARE(manager.NumBlocks(), 1);
     }
 
+    void loadOfAMapIsNotTrimmedByTheLimitUntilTheNextBlock()
+    {
+        const QByteArray block = "<measurements><flux>2024.03.01T10:11:12.5;1\n2024.03.01T10:11:13.5;1</flux>"
+                                 "</measurements>";
+        const QString path =
+            writeFile("map.xml", RecordTestSupport::record("<parameters>" + QByteArray("x=0 ").repeated(10) +
+                                                               "BlockSize=2</parameters>" + block.repeated(3),
+                                                           "1.2", "MAPPING"));
+        // Two samples, which is one block.
+        m_settings.SetMappingMaxMeasurementCount(2);
+        CRecordingManagerMapping manager(m_settings);
+        QVERIFY(manager.Load(path));
+        QCOMPARE(manager.NumBlocks(), 3);
+        QCOMPARE(manager.DataSet()->MeasureBlocks()->size(), std::size_t(3));
+        manager.AddMeasureBlock(blockOf<CMeasureBlockMapping>(2));
+        QCOMPARE(manager.NumBlocks(), 1);
+    }
+
     void loadsKeepTheLiveParametersApart()
     {
         const QString path =
@@ -515,6 +552,7 @@ private slots:
     {
         m_settings.SetSaveRecordingsAsCsv(false);
         m_settings.SetMeasurementMaxMeasurementCount(120000);
+        m_settings.SetMappingMaxMeasurementCount(1000000);
     }
 
 private:
