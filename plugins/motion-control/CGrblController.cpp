@@ -31,6 +31,7 @@ MachineResult CGrblController::Connect()
     m_configuration = {};
     m_workOffset.reset();
     m_isBusy = false;
+    m_mayBeLocked = true;
     MachineResult result = awaitBanner();
     if (result.IsDone())
         result = readConfiguration();
@@ -106,14 +107,18 @@ MachineResult CGrblController::Prepare()
 {
     m_heardOf = {};
     m_isHoldTold = false;
+    m_mayBeLocked = true;
     MachineResult result = askStatus();
     if (result.IsDone() && isState("Alarm"))
         result = leaveAlarm();
     if (result.IsDone() && settings().isHoming && !m_configuration.isHomed)
         result = home();
+    if (!result.IsDone())
+        return result;
+    m_mayBeLocked = false;
+    m_heardOf = {};
     // Millimetres, absolute places, feed per minute.
-    if (result.IsDone())
-        result = command("G21 G90 G94");
+    result = command("G21 G90 G94");
     if (result.IsDone())
         result = askWorkOffset();
     return result;
@@ -438,7 +443,7 @@ MachineResult CGrblController::trouble() const
         return failed(trGrbl("the controller was restarted"));
     if (m_heardOf.error)
         return failed(errorText());
-    if (isState("Alarm") && m_heardOf.hasStatus)
+    if (isState("Alarm") && m_heardOf.hasStatus && !m_mayBeLocked)
         return failed(trGrbl("the machine is locked by an alarm"));
     return {};
 }

@@ -70,5 +70,6 @@ private:
     QElapsedTimer m_polled;
     bool m_isBusy = false; ///< something may be moving
     bool m_isHoming = false;
+    bool m_mayBeLocked = true; ///< what is under way can be done in spite of an alarm, or ends it
     bool m_isHoldTold = false;
 };

@@ -188,6 +188,7 @@ private slots:
         CGrblResponder machine;
         machine.Settings[22] = 1;
         machine.IsLocked = true;
+        machine.IsReportingMuch = true;
         machine.Run();
         Bench bench(machine);
         bench.settings.isHoming = true;
@@ -205,6 +206,7 @@ private slots:
 
         CGrblResponder locked;
         locked.IsLocked = true;
+        locked.IsReportingMuch = true;
         locked.Run();
         Bench second(locked);
         second.settings.isUnlocking = true;

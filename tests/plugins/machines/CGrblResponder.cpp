@@ -106,6 +106,8 @@ void CGrblResponder::handleNext()
 
 void CGrblResponder::handle(const QByteArray& line)
 {
+    if (IsReportingMuch)
+        sendStatus();
     if (line == "$$") {
         sendSettings();
     } else if (line == "$I") {

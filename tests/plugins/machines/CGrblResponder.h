@@ -20,6 +20,7 @@ public:
     CMotionModel::Place WorkOffset{};
     bool IsLocked = false;        ///< by an alarm, until `$X` or `$H`
     bool IsReportingWork = false; ///< WPos instead of MPos
+    bool IsReportingMuch = false; ///< status reports come late, before the answer to the next line
     bool IsHomingSilent = false;  ///< `$H` is answered by nothing, and nothing else is meanwhile
     /// `G4` is acknowledged before the moves are done, which begin late: it says Idle where it was.
     bool IsBarrierInstant = false;
