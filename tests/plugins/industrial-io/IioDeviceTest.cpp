@@ -109,7 +109,7 @@ void IioDeviceTest::buffered()
     QVERIFY(isNear(static_cast<double>(samples.first()->dB()), kCount / 2));
     double periodMs = static_cast<double>(epochNs(*samples.last()) - epochNs(*samples.first())) * 1e-6 /
                       (samples.size() - 1);
-    QVERIFY2(std::abs(periodMs / 2.5 - 1) < 0.2, qPrintable(QString::number(periodMs)));
+    QVERIFY2(std::abs(periodMs / 2.5 - 1) < 0.35, qPrintable(QString::number(periodMs)));
     QVERIFY(std::abs(static_cast<double>(epochNs(*samples.last()) - wallNs())) < 10e9);
 
     // 150 Hz there is not.
@@ -126,7 +126,7 @@ void IioDeviceTest::buffered()
     QVERIFY(firstCountingScan(samples) >= 0);
     periodMs = static_cast<double>(epochNs(*samples.last()) - epochNs(*samples.first())) * 1e-6 /
                (samples.size() - 1);
-    QVERIFY2(std::abs(periodMs / 5 - 1) < 0.2, qPrintable(QString::number(periodMs)));
+    QVERIFY2(std::abs(periodMs / 5 - 1) < 0.35, qPrintable(QString::number(periodMs)));
 
     // The mean of two: half of the rate.
     session.parameters.SetAveraging(2);
@@ -180,7 +180,7 @@ void IioDeviceTest::scansWithTimes()
     bool hasGap = false;
     for (int i = 0; i < samples.size(); ++i) {
         const qint64 errorNs = epochNs(*samples.at(i)) - times.at(first + i);
-        QVERIFY2(std::abs(errorNs) < 1000000, qPrintable(QString::number(errorNs)));
+        QVERIFY2(std::abs(errorNs) < 20000000, qPrintable(QString::number(errorNs)));
         hasGap = hasGap || (i > 0 && epochNs(*samples.at(i)) - epochNs(*samples.at(i - 1)) > 350000000);
     }
     QVERIFY(hasGap);

@@ -4,13 +4,11 @@
 #include "CMachineResponder.h"
 #include "CSerialLink.h"
 #include "CStageDriver.h"
+#include "PatientWait.h"
 
 #include <QStringList>
 
 #include <atomic>
-
-/// How long a test waits for what is to come: a busy machine may be slow.
-constexpr int kPatienceMs = 30000;
 
 QByteArray textOf(const StagePlace& place);
 
