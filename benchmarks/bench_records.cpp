@@ -250,6 +250,18 @@ double cpuMs()
     return 1000.0 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
+/// What a page does behind a load of its own.
+void finishLoad(const COperationMeasure& operation)
+{
+    Q_UNUSED(operation)
+}
+
+void finishLoad(COperationMapping& operation)
+{
+    for (const auto& block : *operation.RecordingManager()->DataSet()->MeasureBlocks())
+        block->SetRotAppliedOnMeasBlock(true);
+}
+
 /// Loads the record once and shows it on its page, and prints how many milliseconds of the processor each of
 /// the two took.
 template <class Operation, class Page> void loadOnce(CSettings& settings, const QString& path)
@@ -261,6 +273,7 @@ template <class Operation, class Page> void loadOnce(CSettings& settings, const 
     const double begin = cpuMs();
     operation.RecordingManager()->Load(path);
     const double loaded = cpuMs();
+    finishLoad(operation);
     const Page page(&operation, &settings, &notifier);
     std::printf("%f %f\n", loaded - begin, cpuMs() - loaded);
 }

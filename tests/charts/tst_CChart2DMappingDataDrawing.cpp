@@ -25,6 +25,7 @@ private slots:
     void onlyPublishedValuesCount();
     void hiddenSeriesDoNotCount();
     void nothingVisible();
+    void timesThatGoBack();
     void userKeepsTheYAxis();
 
 private:
@@ -297,6 +298,32 @@ void tst_CChart2DMappingDataDrawing::nothingVisible()
     QCOMPARE(m_chart->Ymin(), 0.001);
     QCOMPARE(m_chart->Ymax(), 10.0);
     QCOMPARE(m_chart->YTickCount(), 11);
+    // The extremes are what nothing has left of them.
+    QCOMPARE(m_chart->YminAllSignal(), static_cast<double>(std::numeric_limits<float>::max()));
+    QCOMPARE(m_chart->YmaxAllSignal(), -static_cast<double>(std::numeric_limits<float>::max()));
+}
+
+/// The plot is in the order of time, its origin the block that came first.
+void tst_CChart2DMappingDataDrawing::timesThatGoBack()
+{
+    m_nextSample = 100;
+    const auto first = makeBlock(3);
+    m_nextSample = 90;
+    const auto second = makeBlock(3);
+    m_chart->AddMeasureBlock(first);
+    m_chart->AddMeasureBlock(second);
+    m_chart->UpdateDownsampling();
+    constexpr double kTolerance = 1e-6; // seconds since 1970 have seven decimals
+    const double x[] = {-1.0, -0.9, -0.8, 0.0, 0.1, 0.2};
+    QCOMPARE(m_chart->DownsampledSignalLength(), 6);
+    for (int row = 0; row < 6; ++row) {
+        QVERIFY(qAbs(xValue(*m_chart, row) - x[row]) < kTolerance);
+        const MappingBlock& block = row < 3 ? second : first;
+        QCOMPARE(seriesValue(*m_chart, row, 2), block->Results[row % 3]->Bx());
+    }
+    // The axis ends behind the sample that came last, wherever that lies.
+    QCOMPARE(m_chart->MeasureResultMinX(), 0.0);
+    QVERIFY(qAbs(m_chart->MeasureResultMaxX() + 0.7) < kTolerance);
 }
 
 void tst_CChart2DMappingDataDrawing::userKeepsTheYAxis()

@@ -42,9 +42,9 @@ template <class Manager, class Block = CMeasureBlock> void fill(Manager& manager
 }
 
 /// A view that is done with each block at once.
-inline void finishAtOnce(CRecordingManagerMeasure& manager)
+template <class Manager> void finishAtOnce(Manager& manager)
 {
-    QObject::connect(&manager, &CRecordingManagerMeasure::ReplayMeasureBlock, &manager,
+    QObject::connect(&manager, &Manager::ReplayMeasureBlock, &manager,
                      [&manager] { manager.SetIsProcessingBlock(false); });
 }
 

@@ -225,10 +225,7 @@ private slots:
         MappingManager manager(m_settings);
         fill<MappingManager, CMeasureBlockMapping>(manager, 3, 10);
         QSignalSpy delivered(&manager, &CRecordingManagerMapping::ReplayMeasureBlock);
-        connect(&manager, &CRecordingManagerMapping::ReplayMeasureBlock, this, [&] {
-            QVERIFY(manager.IsPlayingBack());
-            manager.SetIsProcessingBlock(false);
-        });
+        finishAtOnce(manager);
         manager.SetStartReplayIndex(1);
         manager.StartReplay();
         QTRY_VERIFY(!manager.IsPlayingBack());
@@ -257,6 +254,35 @@ private slots:
         QTRY_VERIFY(!manager.IsPlayingBack());
         QVERIFY(clock.elapsed() >= 95);
         QCOMPARE(delivered.count(), 1);
+    }
+
+    void pauseDoesNotHoldTheEndOfAMapping()
+    {
+        MappingManager manager(m_settings);
+        fill<MappingManager, CMeasureBlockMapping>(manager, 1, 10);
+        manager.StartReplay();
+        QTRY_COMPARE(manager.NextReplayIndex(), 1);
+        manager.PauseReplay();
+        QVERIFY(manager.IsPlayingBack() && manager.IsHolding());
+        QTRY_VERIFY(!manager.IsPlayingBack());
+    }
+
+    void rangesOfAMappingThatDoNotFit()
+    {
+        MappingManager manager(m_settings);
+        fill<MappingManager, CMeasureBlockMapping>(manager, 5, 10);
+        QSignalSpy delivered(&manager, &CRecordingManagerMapping::ReplayMeasureBlock);
+        finishAtOnce(manager);
+        const auto replay = [&](int start, int end) {
+            manager.SetStartReplayIndex(start);
+            manager.SetEndReplayIndex(end);
+            manager.StartReplay();
+            return QTest::qWaitFor([&] { return !manager.IsPlayingBack(); }) ? delivered.count() : -1;
+        };
+        QCOMPARE(replay(3, 1), 0);
+        QCOMPARE(replay(2, 9), 3);
+        QCOMPARE(replay(7, 9), 3);
+        QVERIFY(manager.IsIdleWithData() && manager.IsHolding() && !manager.ReplayTimer().isActive());
     }
 
     void unfinishedBlockHoldsTheNextOne()
