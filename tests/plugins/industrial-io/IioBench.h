@@ -2,6 +2,7 @@
 #pragma once
 
 #include "LogRecorder.h"
+#include "PatientWait.h"
 #include "PluginDriver.h"
 
 #include <QByteArray>
@@ -11,7 +12,6 @@
 #include <functional>
 #include <memory>
 
-constexpr int kPatienceMs = 30000;
 /// Of the fake magnetometer, in microtesla: 0.000146 gauss.
 constexpr double kCount = 0.0146;
 

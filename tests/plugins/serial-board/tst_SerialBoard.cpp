@@ -24,7 +24,6 @@ constexpr double kRate = 2000.0 / 7;
 constexpr double kBootS = 0.25; // a board that was started anew says nothing at first
 constexpr int kNumRows = 6000;
 constexpr int kSpeed = 115200;
-constexpr int kPatienceMs = 30000; // a busy machine may be slow
 
 qint64 epochOfSteadyClock()
 {
