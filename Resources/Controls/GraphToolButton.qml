@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import QtQuick.Window 2.15
 import "../Utils/Style.js" as Style
 
 Button {
@@ -15,7 +16,7 @@ Button {
     horizontalPadding: padding
     Accessible.name: label
     ToolTip.text: label
-    ToolTip.visible: hovered && label !== ""
+    ToolTip.visible: hovered && label !== "" && Window.window !== null
     ToolTip.delay: 1000
 
     background: Rectangle {

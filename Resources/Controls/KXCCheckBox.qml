@@ -2,6 +2,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
 import "../Utils/Style.js" as Style
 
 // A check box whose label toggles it too.
@@ -25,7 +26,7 @@ RowLayout {
         padding: 0
         Accessible.name: checkBoxLabel.text
         ToolTip.text: checkBoxRow.toolTipText
-        ToolTip.visible: (hovered || labelArea.containsMouse) && checkBoxRow.toolTipText !== ""
+        ToolTip.visible: (hovered || labelArea.containsMouse) && checkBoxRow.toolTipText !== "" && Window.window !== null
         ToolTip.delay: 500
 
         indicator: Rectangle {

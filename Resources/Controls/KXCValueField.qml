@@ -2,6 +2,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
 import "../Utils/Style.js" as Style
 
 // The editable number of the whole interface. The owner sets `value`, and reads `valueInput` when `valueEditDone`
@@ -166,7 +167,7 @@ ColumnLayout {
         color: enabled && !valueField.valid ? "red" : Style.TextDarkColor
         Accessible.name: fieldLabel.text
         ToolTip.text: valueField.toolTipText
-        ToolTip.visible: hovered && valueField.toolTipText !== ""
+        ToolTip.visible: hovered && valueField.toolTipText !== "" && Window.window !== null
         ToolTip.delay: 1000
 
         onActiveFocusChanged: {

@@ -84,9 +84,9 @@ Item {
             compare(box.ToolTip.delay, 500);
             compare(box.ToolTip.text, "A side file");
             mouseMove(labelItem(), 5, 5);
-            tryCompare(box.ToolTip, "visible", true);
+            tryCompare(box.ToolTip, "visible", true, 30000);
             mouseMove(root, 390, 290);
-            tryCompare(box.ToolTip, "visible", false);
+            tryCompare(box.ToolTip, "visible", false, 30000);
         }
 
         function test_noEmptyToolTip() {
