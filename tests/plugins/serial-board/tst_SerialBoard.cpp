@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "BoardPort.h"
 #include "MotionFile.h"
-#include "PatientWait.h"
 #include "PluginDriver.h"
 #include "PtyBoard.h"
 #include "SerialBoardSettings.h"
@@ -280,7 +279,7 @@ private slots:
 
         QSignalSpy updated(m_driver->Provider(), &CInstrumentListProvider::InstrumentListUpdated);
         m_board->Unplug();
-        QVERIFY(updated.wait(kPatienceMs));
+        QVERIFY(updated.wait());
         QVERIFY(m_driver->Instruments().isEmpty());
         QTRY_VERIFY(!instrument->IsConnected());
         QVERIFY(!instrument->IsRunning());
@@ -290,7 +289,7 @@ private slots:
 
         updated.clear();
         QVERIFY(m_board->Plug());
-        QVERIFY(updated.wait(kPatienceMs));
+        QVERIFY(updated.wait());
         const QSharedPointer<CInstrument> again = m_driver->Instruments().value(0);
         QVERIFY(again);
         QVERIFY(again != instrument);
