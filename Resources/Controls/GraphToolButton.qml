@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import QtQuick.Window 2.15
 import "../Utils/Style.js" as Style
 
 Button {
@@ -15,7 +16,8 @@ Button {
     horizontalPadding: padding
     Accessible.name: label
     ToolTip.text: label
-    ToolTip.visible: hoverDelay.isOver && label !== ""
+    ToolTip.visible: hovered && label !== "" && Window.window !== null
+    ToolTip.delay: 1000
 
     background: Rectangle {
         color: toolButton.down || toolButton.checked ? Style.PageButtonDownColor : Style.PageButtonColor
@@ -32,12 +34,6 @@ Button {
             sourceSize: Qt.size(width, height)
             opacity: toolButton.enabled ? 1 : 0.4
         }
-    }
-
-    HoverDelay {
-        id: hoverDelay
-
-        hovered: toolButton.hovered
     }
 
     HandCursorArea {

@@ -2,6 +2,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
 import "../Utils/Style.js" as Style
 
 // A check box whose label toggles it too.
@@ -25,7 +26,8 @@ RowLayout {
         padding: 0
         Accessible.name: checkBoxLabel.text
         ToolTip.text: checkBoxRow.toolTipText
-        ToolTip.visible: hoverDelay.isOver && checkBoxRow.toolTipText !== ""
+        ToolTip.visible: (hovered || labelArea.containsMouse) && checkBoxRow.toolTipText !== "" && Window.window !== null
+        ToolTip.delay: 500
 
         indicator: Rectangle {
             y: (checkBox.height - height) / 2
@@ -42,13 +44,6 @@ RowLayout {
                 color: checkBox.enabled ? Style.TextDarkColor : Style.TextLightColor
                 visible: checkBox.checked
             }
-        }
-
-        HoverDelay {
-            id: hoverDelay
-
-            interval: 500
-            hovered: checkBox.hovered || labelArea.containsMouse
         }
 
         HandCursorArea {

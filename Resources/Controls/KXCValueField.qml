@@ -2,6 +2,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
 import "../Utils/Style.js" as Style
 
 // The editable number of the whole interface. The owner sets `value`, and reads `valueInput` when `valueEditDone`
@@ -166,7 +167,9 @@ ColumnLayout {
         color: enabled && !valueField.valid ? "red" : Style.TextDarkColor
         Accessible.name: fieldLabel.text
         ToolTip.text: valueField.toolTipText
-        ToolTip.visible: hoverDelay.isOver && valueField.toolTipText !== ""
+        // A page leaves the window before its items go: a tool tip that is due then would find no window to open in.
+        ToolTip.visible: hovered && valueField.toolTipText !== "" && Window.window !== null
+        ToolTip.delay: 1000
 
         onActiveFocusChanged: {
             if (!activeFocus)
@@ -184,12 +187,6 @@ ColumnLayout {
             color: textField.enabled ? Style.BackgroundColor : Style.DisabledColor
             border.width: textField.activeFocus ? 2 : 1
             border.color: textField.activeFocus ? Style.TextFieldFocusBorder : Style.BordersColor
-        }
-
-        HoverDelay {
-            id: hoverDelay
-
-            hovered: textField.hovered
         }
 
         KXCLabel {

@@ -2,6 +2,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
 import "../Utils/Style.js" as Style
 
 // A read-only field with a button that asks for a path: what file and folder selectors have in common.
@@ -57,18 +58,13 @@ ColumnLayout {
             placeholderTextColor: "transparent"
             Accessible.name: selectorLabel.text
             ToolTip.text: selector.toolTipText
-            ToolTip.visible: hoverDelay.isOver && selector.toolTipText !== ""
+            ToolTip.visible: hovered && selector.toolTipText !== "" && Window.window !== null
+            ToolTip.delay: 1000
 
             background: Rectangle {
                 color: field.enabled ? Style.BackgroundColor : Style.DisabledColor
                 border.width: field.activeFocus ? 2 : 1
                 border.color: field.activeFocus ? Style.TextFieldFocusBorder : Style.BordersColor
-            }
-
-            HoverDelay {
-                id: hoverDelay
-
-                hovered: field.hovered
             }
 
             KXCLabel {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import QtQuick.Window 2.15
 import QtGraphicalEffects 1.15
 import "../Utils/Style.js" as Style
 
@@ -17,7 +18,8 @@ Button {
     horizontalPadding: padding
     Accessible.name: toolTipText
     ToolTip.text: toolTipText
-    ToolTip.visible: hoverDelay.isOver && toolTipText !== ""
+    ToolTip.visible: hovered && toolTipText !== "" && Window.window !== null
+    ToolTip.delay: 1000
     ToolTip.timeout: 5000
 
     background: Rectangle {
@@ -36,12 +38,6 @@ Button {
                 color: "darkgray"
             }
         }
-    }
-
-    HoverDelay {
-        id: hoverDelay
-
-        hovered: statusBarButton.hovered
     }
 
     HandCursorArea {

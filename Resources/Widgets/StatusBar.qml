@@ -2,6 +2,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
 import "../Controls"
 import "../Utils/Style.js" as Style
 
@@ -76,14 +77,9 @@ Rectangle {
                 fillMode: Image.Pad
             }
 
-            ToolTip.visible: hoverDelay.isOver
+            ToolTip.visible: hovered && Window.window !== null
+            ToolTip.delay: 1000
             ToolTip.text: qsTr("Show log messages")
-
-            HoverDelay {
-                id: hoverDelay
-
-                hovered: openLogButton.hovered
-            }
 
             HandCursorArea {
             }

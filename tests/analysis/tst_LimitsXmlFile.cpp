@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CLimitsFileOwner.h"
+#include "CpuTimer.h"
 #include "DialogDriver.h"
 #include "LimitsXmlFile.h"
 #include "LogRecorder.h"
 #include "MetaObjectTable.h"
 
-#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -385,8 +385,7 @@ void tst_LimitsXmlFile::entityBomb()
     content += "]>" + QByteArray("<NorvaneExposureLimitsFile ver=\"1.0\"><freqRange><upperFreqLimit>&a11;"
                                  "</upperFreqLimit></freqRange></NorvaneExposureLimitsFile>");
     const LogRecorder log;
-    QElapsedTimer timer;
-    timer.start();
+    const CpuTimer timer;
     m_file->ReadFile(write(content));
     QVERIFY(m_file->FileError());
     QVERIFY(m_file->Ranges().isEmpty());

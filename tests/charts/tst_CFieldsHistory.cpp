@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CFieldsHistory.h"
 #include "ChartFixtures.h"
+#include "CpuTimer.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 
 #include <limits>
@@ -160,8 +160,7 @@ void tst_CFieldsHistory::searchIsFastInALongHistory()
     for (int i = 0; i < kLength; ++i)
         m_history.AppendRaw(makeResult(i * qint64{100000}, {}));
     m_history.MoveOriginToOldest();
-    QElapsedTimer timer;
-    timer.start();
+    const CpuTimer timer;
     qint64 sum = 0;
     for (int i = 0; i < 100000; ++i)
         sum += m_history.LowerIndex(i * 1e-4 * 0.5) + m_history.UpperIndex(i * 1e-4 * 1.1);

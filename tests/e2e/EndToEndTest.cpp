@@ -70,7 +70,7 @@ QString EndToEndTest::saveRecord(const QString& name)
     answers().ExpectFileDialog(QStringLiteral("Save File"), path);
     if (!driver().Click(QStringLiteral("saveButton")))
         return {};
-    return QTest::qWaitFor([&] { return answers().IsDone(); }, kPatienceMs) ? path : QString();
+    return QTest::qWaitFor([&] { return answers().IsDone(); }, kLongWaitMs) ? path : QString();
 }
 
 void EndToEndTest::endAndLoad(const QString& path, int recorded)

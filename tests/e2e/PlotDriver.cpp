@@ -13,6 +13,7 @@
 #include <QXYSeries>
 
 #include <algorithm>
+#include <utility>
 
 using QtCharts::QXYSeries;
 
@@ -78,7 +79,7 @@ bool PlotDriver::WaitForPoints(int count) const
                    std::all_of(all.begin(), all.end(),
                                [rows](const QXYSeries* series) { return series->count() == rows; });
         },
-        kPatienceMs);
+        kLongWaitMs);
 }
 
 QPoint PlotDriver::At(double x, double y) const
@@ -115,6 +116,12 @@ void PlotDriver::DragHandle(const char* slider, const char* handle, const QPoint
     QVERIFY2(item, slider);
     auto* grip = qobject_cast<QQuickItem*>(part(part(item, handle), "handle"));
     QVERIFY2(grip, handle);
-    const QPoint from = WindowDriver::Middle(grip);
+    QPoint from(-1, -1);
+    const auto isStill = [&] {
+        const QPoint last = std::exchange(from, WindowDriver::Middle(grip));
+        m_driver.MakeFrame();
+        return from == last && from == WindowDriver::Middle(grip);
+    };
+    QVERIFY(QTest::qWaitFor(isStill, kLongWaitMs));
     Drag(from, from + way);
 }

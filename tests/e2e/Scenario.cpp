@@ -136,10 +136,10 @@ qint64 Scenario::Start(Plugins plugins)
         qFatal("no window: %s", qPrintable(m_qmlWarnings.join(QLatin1Char('\n'))));
     auto* window = qobject_cast<QQuickWindow*>(engine->rootObjects().constFirst());
     m_driver = std::make_unique<WindowDriver>(window);
-    if (!QTest::qWaitForWindowExposed(window, kPatienceMs))
+    if (!QTest::qWaitForWindowExposed(window, kLongWaitMs))
         qFatal("the window is not shown");
     // Its own window, or a dialog that opens with it
-    if (!QTest::qWaitFor([] { return QGuiApplication::focusWindow() != nullptr; }, kPatienceMs))
+    if (!QTest::qWaitFor([] { return QGuiApplication::focusWindow() != nullptr; }, kLongWaitMs))
         qFatal("no window is active");
     return clock.elapsed();
 }

@@ -69,7 +69,14 @@ QPoint WindowDriver::Middle(QQuickItem* item)
 
 bool WindowDriver::WaitFor(const QString& objectName) const
 {
-    return QTest::qWaitFor([&] { return IsVisible(objectName); }, kPatienceMs);
+    return QTest::qWaitFor([&] { return IsVisible(objectName); }, kLongWaitMs);
+}
+
+void WindowDriver::MakeFrame() const
+{
+    QSignalSpy frame(m_window, &QQuickWindow::frameSwapped);
+    m_window->update();
+    frame.wait(1000);
 }
 
 bool WindowDriver::Click(const QString& objectName) const
@@ -80,10 +87,7 @@ bool WindowDriver::Click(const QString& objectName) const
             QQuickItem* item = Find(objectName);
             if (!item || !item->isEnabled() || item->width() <= 0)
                 return false;
-            // Positioners place their items when the next frame is made.
-            QSignalSpy frame(m_window, &QQuickWindow::frameSwapped);
-            m_window->update();
-            frame.wait(1000);
+            MakeFrame();
             item = Find(objectName);
             if (!item)
                 return false;
@@ -92,7 +96,7 @@ bool WindowDriver::Click(const QString& objectName) const
             last = now;
             return same;
         },
-        kPatienceMs);
+        kLongWaitMs);
     if (!isStill)
         return false;
     QTest::mouseClick(m_window, Qt::LeftButton, {}, last);

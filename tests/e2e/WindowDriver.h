@@ -31,6 +31,8 @@ public:
     bool Click(const QString& objectName) const;
     /// Waits until the item is there; false if it does not come in time.
     bool WaitFor(const QString& objectName) const;
+    /// Positioners place their items when the next frame is made.
+    void MakeFrame() const;
     /// Presses Tab until the item has the focus; false if it never has.
     bool TabTo(const QString& objectName) const;
     /// Presses Tab often, and tells the names of the items that had the focus, each once.

@@ -178,7 +178,6 @@ private slots:
         QTRY_COMPARE(plot().Number("Ymax"), plot().Number("YmaxAllSignal"));
         const double low = plot().Number("Ymin");
         const double high = plot().Number("Ymax");
-        QTest::qWait(100);
         plot().DragHandle("yRangeSlider", "second", QPoint(0, 60));
         QTRY_VERIFY(plot().Number("Ymax") < high);
         QCOMPARE(plot().Number("Ymin"), low);
@@ -385,6 +384,8 @@ private slots:
         const QVector<QPointF> measured = plot().Points(0);
         QSignalSpy cleared(plot().Model(), SIGNAL(clearCharts()));
         QSignalSpy counts(plot().Model(), SIGNAL(MeasureResultCountChanged(qulonglong)));
+        // Slow enough to be held in its middle on any machine.
+        QVERIFY(scenario().RecordingManager()->setProperty("TimeWarp", 0.2));
         QVERIFY(driver().Click(QStringLiteral("playbackButton")));
         QTRY_VERIFY(scenario().Flag("IsPlayingBack"));
         QCOMPARE(cleared.count(), 1);
@@ -395,6 +396,7 @@ private slots:
         QVERIFY(held < 2 * recorded);
         QTest::qWait(300);
         QCOMPARE(plot().Number("MeasureResultCount"), held);
+        QVERIFY(scenario().RecordingManager()->setProperty("TimeWarp", 2.0));
         QVERIFY(driver().Click(QStringLiteral("resumeButton")));
         QTRY_VERIFY_WITH_TIMEOUT(!scenario().Flag("IsPlayingBack"), 20000);
         QTRY_COMPARE(plot().Points(0), measured);

@@ -15,6 +15,7 @@
 #include <QQuickWindow>
 #include <QRegularExpression>
 #include <QScreen>
+#include <QSignalSpy>
 #include <QTest>
 
 class tst_EndToEndWindow : public EndToEndTest
@@ -25,9 +26,12 @@ private:
     /// Notes what is wrong with all that the window shows now, or with what is within one item of it.
     void walk(const char* where, QQuickWindow* window, QQuickItem* within = nullptr)
     {
-        // Positioners place their items when the next frame is made.
-        window->update();
-        QTest::qWait(50);
+        // Positioners place their items when the next frame is made; what follows them takes another.
+        QSignalSpy frame(window, &QQuickWindow::frameSwapped);
+        for (int i = 0; i < 2; ++i) {
+            window->update();
+            QVERIFY(frame.wait(kLongWaitMs));
+        }
         const QStringList problems = KeyboardWalk(window, within).Problems();
         for (const QString& problem : problems)
             qCritical().noquote() << where << problem;
@@ -275,7 +279,7 @@ private slots:
     {
         scenario().Start(Scenario::Shipped);
         QVERIFY(driver().WaitFor(QStringLiteral("connectButton0")));
-        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kLongWaitMs));
         QVERIFY(driver().TabTo(QStringLiteral("connectButton0")));
         driver().Key(Qt::Key_Space);
         QVERIFY(driver().WaitFor(QStringLiteral("disconnectButton0")));
@@ -323,7 +327,7 @@ private slots:
     void keyboardReachesEverything()
     {
         startWithDefaultInstrument();
-        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kLongWaitMs));
         for (const char* title : {"alarmBoxTitle", "saveImportParametersBoxTitle"})
             QVERIFY2(driver().Click(QLatin1String(title)), title);
         walk("meter/componentTab");
@@ -359,7 +363,7 @@ private slots:
     void keyboardReachesDialogsAndDrawers()
     {
         startWithDefaultInstrument();
-        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kLongWaitMs));
         const auto walkDialog = [this](const char* button, const char* dialog) {
             QVERIFY2(driver().Click(QLatin1String(button)), button);
             QObject* popup = driver().FindPopup(QLatin1String(dialog));
@@ -378,12 +382,12 @@ private slots:
         auto* const news = qobject_cast<QQuickWindow*>(application->QmlEngine()->rootObjects().last());
         QVERIFY(news && news != driver().Window());
         news->requestActivate();
-        QVERIFY(QTest::qWaitForWindowActive(news, kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowActive(news, kLongWaitMs));
         walk("newSoftwareVersionDialog", news);
         news->close();
 
         driver().Window()->requestActivate();
-        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowActive(driver().Window(), kLongWaitMs));
         driver().Window()->resize(954, 698);
         QVERIFY(driver().WaitFor(QStringLiteral("smallMenuToggle")));
         walk("meter in the small window");

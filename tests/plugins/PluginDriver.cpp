@@ -65,7 +65,7 @@ bool PluginDriver::Start()
     m_plugin->Start();
     m_provider = m_plugin->GetInstrumentListProvider();
     QSignalSpy listed(m_provider, &CInstrumentListProvider::InstrumentListUpdated);
-    return listed.wait(kPatienceMs);
+    return listed.wait(kLongWaitMs);
 }
 
 QSharedPointer<CInstrument> PluginDriver::Instrument(const QString& serialNumber) const

@@ -68,7 +68,7 @@ void MeasurementsChartTest::load(Model model)
     QCOMPARE(m_view->status(), QQuickView::Ready);
     m_view->resize(900, 600);
     m_view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view.get(), kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_view.get(), kLongWaitMs));
     settle();
 }
 

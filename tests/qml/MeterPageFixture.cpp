@@ -107,7 +107,7 @@ void MeterPageFixture::click(const char* name)
     // Positioners place their items when the next frame is made.
     QSignalSpy frame(m_view.get(), &QQuickWindow::frameSwapped);
     m_view->update();
-    QVERIFY(frame.wait(kPatienceMs));
+    QVERIFY(frame.wait(kLongWaitMs));
     QVERIFY2(target->isVisible() && target->isEnabled(), name);
     const QPointF centre = target->mapToScene(QPointF(target->width() / 2, target->height() / 2));
     QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, centre.toPoint());

@@ -58,7 +58,7 @@ void MeterView::Load(const QSize& size)
     QCOMPARE(m_view->status(), QQuickView::Ready);
     m_view->resize(size);
     m_view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view.get(), kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_view.get(), kLongWaitMs));
     QTRY_COMPARE(m_view->rootObject()->size().toSize(), size);
     draw();
 }
@@ -67,7 +67,7 @@ void MeterView::draw()
 {
     QSignalSpy frame(m_view.get(), &QQuickWindow::frameSwapped);
     m_view->update();
-    QVERIFY(frame.wait(kPatienceMs));
+    QVERIFY(frame.wait(kLongWaitMs));
 }
 
 void MeterView::Deliver(float bx, float by, float bz)
@@ -98,7 +98,7 @@ QQuickItem* MeterView::Find(const char* name) const
 QQuickItem* MeterView::Scene() const
 {
     QQuickItem* scene = nullptr;
-    return QTest::qWaitFor([&] { return (scene = Find("meterScene")) != nullptr; }, kPatienceMs) ? scene
+    return QTest::qWaitFor([&] { return (scene = Find("meterScene")) != nullptr; }, kLongWaitMs) ? scene
                                                                                                  : nullptr;
 }
 

@@ -54,7 +54,7 @@ PageView::PageView(MeasureFixture& fixture, QObject* pageViewModel, const QStrin
         qFatal("no page %s", qPrintable(page));
     m_view->resize(1000, 900);
     m_view->show();
-    if (!QTest::qWaitForWindowActive(m_view.get(), kPatienceMs))
+    if (!QTest::qWaitForWindowActive(m_view.get(), kLongWaitMs))
         qFatal("the window is not shown");
     m_driver = std::make_unique<WindowDriver>(m_view.get());
 }

@@ -50,7 +50,7 @@ void SpectrumViewFixture::load(bool withModel, QObject* operation)
     m_view->setSource(QUrl::fromLocalFile(QStringLiteral(KESTRIX_CHART_QML)));
     QCOMPARE(m_view->status(), QQuickView::Ready);
     m_view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view.get(), kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_view.get(), kLongWaitMs));
     settle();
 }
 
@@ -68,7 +68,7 @@ void SpectrumViewFixture::settle()
     for (int i = 0; i < 2; ++i) {
         QCoreApplication::processEvents();
         m_view->update();
-        QVERIFY(frame.wait(kPatienceMs));
+        QVERIFY(frame.wait(kLongWaitMs));
     }
 }
 

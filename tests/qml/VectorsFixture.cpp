@@ -65,7 +65,7 @@ void VectorsFixture::begin()
     component.setData(kWindow, QUrl(QStringLiteral("qrc:/Resources/TestWindow.qml")));
     m_window.reset(qobject_cast<QQuickWindow*>(component.create()));
     QVERIFY2(m_window, qPrintable(component.errorString()));
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), kLongWaitMs));
 }
 
 void VectorsFixture::end()

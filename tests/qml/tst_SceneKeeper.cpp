@@ -177,7 +177,7 @@ void tst_SceneKeeper::init()
     component.setData(kWindow, QUrl(QStringLiteral("qrc:/Resources/TestWindow.qml")));
     m_window.reset(qobject_cast<QQuickWindow*>(component.create()));
     QVERIFY2(m_window, qPrintable(component.errorString()));
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), kLongWaitMs));
     show();
     QTRY_COMPARE(scenes().size(), 1);
     settle();

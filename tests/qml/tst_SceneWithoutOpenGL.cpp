@@ -55,7 +55,7 @@ void tst_SceneWithoutOpenGL::mappingGoesOnWithoutItsVectors()
     view.setSource(QUrl(QStringLiteral("qrc:/Resources/Controls/Chart3D/VectorsChart3D.qml")));
     view.resize(800, 600);
     view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(&view, kLongWaitMs));
     const auto find = [&view](const char* name) {
         return view.rootObject()->findChild<QQuickItem*>(QLatin1String(name));
     };

@@ -5,6 +5,7 @@
 #include "CDataSetMeasurement.h"
 #include "CSettings.h"
 #include "CXMLResultsSerializer.h"
+#include "CpuTimer.h"
 #include "RecordTestSupport.h"
 
 #include <QFile>
@@ -356,8 +357,7 @@ private slots:
         buffer.open(QIODevice::ReadOnly);
         CXMLResultsSerializer serializer;
         CDataSetMeasurement dataset(m_settings);
-        QElapsedTimer timer;
-        timer.start();
+        const CpuTimer timer;
         QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
         QVERIFY2(timer.elapsed() < 10000, QByteArray::number(timer.elapsed()));
         QVERIFY(peakMemory() - before < 100000000);
@@ -399,8 +399,7 @@ private slots:
         buffer.open(QIODevice::ReadOnly);
         CXMLResultsSerializer serializer;
         CDataSetMeasurement dataset(m_settings);
-        QElapsedTimer timer;
-        timer.start();
+        const CpuTimer timer;
         serializer.ReadMeasurement(&buffer, dataset);
         QVERIFY2(timer.elapsed() < 10000, QByteArray::number(timer.elapsed()));
         QVERIFY(dataset.MeasureBlocks()->empty());
@@ -462,8 +461,7 @@ private slots:
         buffer.open(QIODevice::ReadOnly);
         CXMLResultsSerializer serializer;
         CDataSetMeasurement dataset(m_settings);
-        QElapsedTimer timer;
-        timer.start();
+        const CpuTimer timer;
         QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
         QVERIFY2(timer.elapsed() < 10000, QByteArray::number(timer.elapsed()));
     }
@@ -495,8 +493,7 @@ private slots:
         buffer.open(QIODevice::ReadOnly);
         CXMLResultsSerializer serializer;
         CDataSetMeasurement dataset(m_settings);
-        QElapsedTimer timer;
-        timer.start();
+        const CpuTimer timer;
         QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
         QVERIFY2(timer.elapsed() < 10000, QByteArray::number(timer.elapsed()));
         QCOMPARE(dataset.MeasureBlocks()->size(), size_t(1));
@@ -522,8 +519,7 @@ private slots:
         buffer.open(QIODevice::ReadOnly);
         CXMLResultsSerializer serializer;
         CDataSetMeasurement dataset(m_settings);
-        QElapsedTimer timer;
-        timer.start();
+        const CpuTimer timer;
         QVERIFY(serializer.ReadMeasurement(&buffer, dataset));
         QVERIFY2(timer.elapsed() < 20000, QByteArray::number(timer.elapsed()));
         QCOMPARE(dataset.ResultsCount(), static_cast<quint64>(samples));
@@ -560,8 +556,7 @@ private:
         const qint64 before = peakMemory();
         CXMLResultsSerializer serializer;
         CDataSetMeasurement dataset(m_settings);
-        QElapsedTimer timer;
-        timer.start();
+        const CpuTimer timer;
         serializer.ReadMeasurement(&device, dataset);
         const qint64 used = peakMemory() - before;
         qInfo("%lld ms, %lld MB", timer.elapsed(), used / 1000000);

@@ -588,7 +588,7 @@ private slots:
         QSignalSpy ticked(&manager.ReplayTimer(), &QTimer::timeout);
         manager.StartReplay();
         manager.SetIsPlayingBack(false);
-        QVERIFY(ticked.wait(kPatienceMs));
+        QVERIFY(ticked.wait(kLongWaitMs));
         QCOMPARE(delivered.count(), 0);
     }
 

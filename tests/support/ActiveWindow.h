@@ -14,5 +14,5 @@ inline bool makeActive(QWindow* window)
     if (window->isActive())
         return true;
     window->requestActivate();
-    return QTest::qWaitForWindowActive(window, kPatienceMs);
+    return QTest::qWaitForWindowActive(window, kLongWaitMs);
 }

@@ -295,7 +295,7 @@ void tst_CBlockAlarm::timeWithoutViolationRearms()
     const auto* timer = alarm.findChild<QTimer*>();
     QCOMPARE(timer->interval(), 2000);
     QSignalSpy due(timer, &QTimer::timeout);
-    QVERIFY(due.wait(kPatienceMs));
+    QVERIFY(due.wait(kLongWaitMs));
     QVERIFY(clock.elapsed() >= 1990);
     check(alarm, {distinct(0)});
     QCOMPARE(m_notifier.calls.size(), 1);

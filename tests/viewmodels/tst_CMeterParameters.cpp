@@ -307,7 +307,8 @@ void tst_CMeterParameters::messageAfterAQuietTime()
     QCOMPARE(f.notifier.calls.size(), 2);
     QElapsedTimer quiet;
     quiet.start();
-    QTRY_VERIFY_WITH_TIMEOUT(quiet.elapsed() > 2050, 5000);
+    // A coarse timer of 2 s may be late by a twentieth.
+    QTRY_VERIFY(quiet.elapsed() > 2150);
     deliver(f, 9);
     QCOMPARE(f.notifier.calls.size(), 2);
     deliver(f, 13);

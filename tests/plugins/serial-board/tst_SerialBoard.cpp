@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MotionFile.h"
-#include "PatientWait.h"
 #include "PluginDriver.h"
 #include "PtyBoard.h"
 
@@ -335,7 +334,7 @@ private slots:
 
         QSignalSpy updated(m_driver->Provider(), &CInstrumentListProvider::InstrumentListUpdated);
         m_board->Unplug();
-        QVERIFY(updated.wait(kPatienceMs));
+        QVERIFY(updated.wait());
         QVERIFY(m_driver->Instruments().isEmpty());
         QTRY_VERIFY_WITH_TIMEOUT(!instrument->IsConnected(), kPatienceMs);
         QVERIFY(!instrument->IsRunning());
@@ -345,7 +344,7 @@ private slots:
 
         updated.clear();
         QVERIFY(m_board->Plug());
-        QVERIFY(updated.wait(kPatienceMs));
+        QVERIFY(updated.wait());
         const QSharedPointer<CInstrument> again = m_driver->Instruments().value(0);
         QVERIFY(again);
         QVERIFY(again != instrument);

@@ -216,11 +216,11 @@ Item {
             compare(button.visible, false);
             title.imageSource = "qrc:/Resources/Images/Save.svg";
             compare(button.visible, true);
-            tryCompare(button, "width", 30);
+            tryCompare(button, "width", 30, 30000);
             compare(button.height, 30);
             const line = title.children[1];
             compare(line.height, 2);
-            tryCompare(line, "width", 300);
+            tryCompare(line, "width", 300, 30000);
             verify(Qt.colorEqual(line.color, Style.BordersColor));
         }
 
@@ -230,7 +230,7 @@ Item {
             compare(texts(section)[0].font.pointSize, 20);
             const first = findChild(section, "first");
             const second = findChild(section, "second");
-            tryCompare(first.mapToItem(section, 0, 0), "x", 10);
+            tryCompare(first.mapToItem(section, 0, 0), "x", 10, 30000);
             compare(second.y - first.y, 20 + 15);
         }
     }

@@ -81,12 +81,12 @@ Item {
 
         function test_toolTip() {
             make({toolTipText: "A side file"});
-            compare(findChild(box, "hoverDelay").interval, 500);
+            compare(box.ToolTip.delay, 500);
             compare(box.ToolTip.text, "A side file");
             mouseMove(labelItem(), 5, 5);
-            tryCompare(box.ToolTip, "visible", true);
+            tryCompare(box.ToolTip, "visible", true, 30000);
             mouseMove(root, 390, 290);
-            tryCompare(box.ToolTip, "visible", false);
+            tryCompare(box.ToolTip, "visible", false, 30000);
         }
 
         function test_noEmptyToolTip() {

@@ -58,8 +58,8 @@ Item {
 
         function openedEntry(index) {
             box.popup.open();
-            tryCompare(box.popup, "opened", true);
-            tryVerify(() => box.popup.contentItem.itemAtIndex(index) !== null);
+            tryCompare(box.popup, "opened", true, 30000);
+            tryVerify(() => box.popup.contentItem.itemAtIndex(index) !== null, 30000);
             return box.popup.contentItem.itemAtIndex(index);
         }
 
@@ -77,7 +77,7 @@ Item {
             compare(row.textPointSize, 9);
             compare(row.labelPointSize, 10);
             compare(row.unitVisible, false);
-            tryCompare(box, "width", 120);
+            tryCompare(box, "width", 120, 30000);
             compare(box.font.family, Style.LetterFontFamily);
             compare(box.font.pointSize, 9);
         }
@@ -145,10 +145,10 @@ Item {
             mousePress(box);
             verify(Qt.colorEqual(box.background.color, Style.ComboBoxPressed));
             mouseRelease(box);
-            tryCompare(box.popup, "opened", true);
+            tryCompare(box.popup, "opened", true, 30000);
             const entry = openedEntry(1);
             mouseMove(entry, 10, 10);
-            tryVerify(() => Qt.colorEqual(entry.background.color, Style.lightColor));
+            tryVerify(() => Qt.colorEqual(entry.background.color, Style.lightColor), 30000);
         }
 
         function test_choiceByMouseKeepsTheBinding() {
@@ -157,7 +157,7 @@ Item {
             row.currentIndex = Qt.binding(() => source.index);
             mouseClick(openedEntry(1));
             compare(row.currentIndex, 1);
-            tryCompare(box.popup, "visible", false);
+            tryCompare(box.popup, "visible", false, 30000);
             source.index = 1;
             source.index = 0;
             compare(row.currentIndex, 0);
@@ -174,7 +174,7 @@ Item {
             keyClick(Qt.Key_Down);
             compare(row.currentIndex, 1);
             keyClick(Qt.Key_Space);
-            tryCompare(box.popup, "opened", true);
+            tryCompare(box.popup, "opened", true, 30000);
             keyClick(Qt.Key_Down);
             keyClick(Qt.Key_Return);
             compare(row.currentText, "c");
@@ -183,7 +183,7 @@ Item {
         function test_pressPassesTheHandCursor() {
             make({model: ["a", "b"]});
             mouseClick(box);
-            tryCompare(box.popup, "opened", true);
+            tryCompare(box.popup, "opened", true, 30000);
         }
     }
 }

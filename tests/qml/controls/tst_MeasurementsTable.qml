@@ -54,7 +54,7 @@ Item {
             table = findChild(view, "resultsTable");
             view.model = TestSupport.resultsModel(rows);
             // The row count lags a turn behind the model.
-            tryCompare(table, "rowCount", rows);
+            tryCompare(table, "rowCount", rows, 30000);
         }
 
         function columns() {
@@ -132,7 +132,7 @@ Item {
 
         function test_cells() {
             make(1, {isPositionVisible: true, width: 1000});
-            tryVerify(() => shownTexts(table).indexOf("8000") >= 0);
+            tryVerify(() => shownTexts(table).indexOf("8000") >= 0, 30000);
             const texts = shownTexts(table).filter(text => columns().map(column => column.title).indexOf(text) < 0);
             // X is role 9: 10 * (256 + 9). Bx is missing and By not a number.
             compare(texts.filter(text => text !== ""),
@@ -142,7 +142,7 @@ Item {
 
         function test_rowColours() {
             make(3);
-            tryVerify(() => shownTexts(table).length > 10);
+            tryVerify(() => shownTexts(table).length > 10, 30000);
             const image = grabImage(table);
             const x = 3;
             const rowY = row => Style.TableRowHeight * (row + 1) + 3;
@@ -154,14 +154,14 @@ Item {
             verify(Qt.colorEqual(first, image.pixel(x, rowY(2))));
             mouseClick(table, 20, rowY(1));
             verify(table.selection.contains(1));
-            tryVerify(() => Qt.colorEqual(grabImage(table).pixel(5, rowY(1)), Style.SelectedRowColor));
+            tryVerify(() => Qt.colorEqual(grabImage(table).pixel(5, rowY(1)), Style.SelectedRowColor), 30000);
         }
 
         function test_keyboard() {
             make(3);
             verify(table.activeFocusOnTab);
             // The header takes its place above the rows a turn later.
-            tryVerify(() => table.rowAt(20, Style.TableRowHeight + 5) === 0);
+            tryVerify(() => table.rowAt(20, Style.TableRowHeight + 5) === 0, 30000);
             mouseClick(table, 20, Style.TableRowHeight + 5);
             compare(table.currentRow, 0);
             keyClick(Qt.Key_Down);
@@ -173,7 +173,7 @@ Item {
             make(3);
             // The sum of the minima: time stamp, seven numbers, scroll bar.
             const rest = Math.floor((1000 - (180 + 7 * 60 + 10)) / 8);
-            tryCompare(columns()[0], "width", 180 + rest);
+            tryCompare(columns()[0], "width", 180 + rest, 30000);
             for (const column of columns().slice(7))
                 compare(column.width, 60 + rest, column.role);
         }
@@ -181,7 +181,7 @@ Item {
         function test_widthWithPositions() {
             make(3, {isPositionVisible: true, width: 1200});
             const rest = Math.floor((1200 - (180 + 6 * 55 + 7 * 60 + 10)) / 14);
-            tryCompare(columns()[0], "width", 180 + rest);
+            tryCompare(columns()[0], "width", 180 + rest, 30000);
             for (const column of columns().slice(1, 7))
                 compare(column.width, 55 + rest, column.role);
             for (const column of columns().slice(7))
@@ -191,9 +191,9 @@ Item {
         function test_widthFollowsTheWindow() {
             make(3);
             view.width = 700;
-            tryCompare(columns()[0], "width", 180 + Math.floor((700 - 610) / 8));
+            tryCompare(columns()[0], "width", 180 + Math.floor((700 - 610) / 8), 30000);
             view.width = 500;
-            tryCompare(columns()[0], "width", 180);
+            tryCompare(columns()[0], "width", 180, 30000);
         }
 
         function test_comment() {

@@ -159,20 +159,20 @@ Item {
             compare(panel.spacing, 30);
             const first = findChild(panel, "first");
             const second = findChild(panel, "second");
-            tryCompare(first, "width", Style.ParametersPanelWidth - Style.ParametersScrollBarWidth);
+            tryCompare(first, "width", Style.ParametersPanelWidth - Style.ParametersScrollBarWidth, 30000);
             compare(second.y, first.height + 10);
             const flickable = findChild(panel, "parametersFlickable");
             compare(flickable.clip, true);
             compare(flickable.contentHeight, 2 * first.height + 10 + 10);
             mouseWheel(flickable, 50, 50, 0, -240);
-            tryVerify(() => flickable.contentY > 0);
+            tryVerify(() => flickable.contentY > 0, 30000);
         }
 
         function test_panelFollowsItsBoxes() {
             const panel = createTemporaryObject(panelComponent, root);
             const flickable = findChild(panel, "parametersFlickable");
             findChild(panel, "first").expanded = false;
-            tryCompare(flickable, "contentHeight", 35 + 10 + 255 + 10);
+            tryCompare(flickable, "contentHeight", 35 + 10 + 255 + 10, 30000);
         }
 
         function test_smallPanel() {
@@ -181,7 +181,7 @@ Item {
             const flickable = findChild(panel, "parametersFlickable");
             compare(panel.width, Style.SmallMainMenuClosedWidth);
             verify(!flickable.visible);
-            tryCompare(toggle, "width", Style.SmallMainMenuClosedWidth);
+            tryCompare(toggle, "width", Style.SmallMainMenuClosedWidth, 30000);
             compare(toggle.y, 0);
             compare(toggle.imageSize, 30);
             mouseClick(toggle);
@@ -189,13 +189,13 @@ Item {
             compare(panel.width, Style.ParametersPanelWidth);
             verify(flickable.visible);
             compare(toggle.y, 0);
-            tryCompare(toggle, "width", Style.ParametersPanelWidth);
+            tryCompare(toggle, "width", Style.ParametersPanelWidth, 30000);
             verify(findChild(panel, "first").width > 150);
             mouseClick(toggle);
             compare(MainViewModel.ParameterMenuExpanded, false);
             verify(!flickable.visible);
             compare(panel.width, Style.SmallMainMenuClosedWidth);
-            tryCompare(toggle, "y", 0);
+            tryCompare(toggle, "y", 0, 30000);
         }
 
         function test_spacer() {
