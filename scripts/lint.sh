@@ -16,12 +16,15 @@ if [ ${#qml[@]} -gt 0 ]; then
 fi
 [ "${1:-}" = "--quick" ] && exit 0
 
-# The analysers read each layer as one source, which spares them Qt's headers for every file; plug-ins one by one.
+# The analysers read each layer and each plug-in as one source, which spares them Qt's headers for every file. Joined
+# sources of an older tree would name files that are gone.
+[ ! -d build/lint ] || find build/lint -type d -name Unity -prune -exec rm -r {} +
 cmake --preset lint >/dev/null
 mapfile -t generated < <(ninja -C build/lint -t targets all | sed -nE 's/^([^:]*\/)?([^/:]*_autogen): phony$/\2/p' | sort -u)
 ninja -C build/lint "${generated[@]}" | tail -n 1
 
-mapfile -t sources < <(find build/lint -path '*/Unity/unity_*_cxx.cxx' | sort; git ls-files 'plugins/*.cpp' 'tools/*.cpp')
+# The largest first, so that no processor is left with one alone in the end.
+mapfile -t sources < <(find build/lint -path '*/Unity/unity_*_cxx.cxx' -printf '%s %p\n' | sort -rn | cut -d ' ' -f 2)
 folders='/(domain|plugin-api|operations|recording|analysis|instruments|charts|viewmodels|shell|plugins|tools)/([a-z-]+/)*[A-Za-z0-9]+\.(h|cpp)$'
 echo "== clang-tidy and clazy (${#sources[@]} sources)"
 check() {

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kMaxHeadLines = 200;
+constexpr int kMaxIagaHeadLines = 200;
 constexpr int kColumns = 7; // date, time, day of the year, four values
 constexpr int kFirstValue = 3;
 constexpr double kRadiansPerMinuteOfArc = 3.14159265358979323846 / (180 * 60);
@@ -27,7 +27,7 @@ bool CIagaReader::ReadHead()
     QByteArray line;
     if (!ReadLine(line) || !line.simplified().startsWith("Format IAGA-2002"))
         return false;
-    for (int i = 0; i < kMaxHeadLines && ReadLine(line); ++i) {
+    for (int i = 0; i < kMaxIagaHeadLines && ReadLine(line); ++i) {
         if (!line.startsWith("DATE"))
             continue;
         const QList<QByteArray> names = columnsOf(line);

@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "CReplayBlockSource.h"
 
+#include "TimeUnits.h"
+
 #include <QThread>
 
 #include <cmath>
-
-namespace {
-
-constexpr double kNsPerSecond = 1e9;
-
-} // namespace
 
 CReplayBlockSource::CReplayBlockSource(std::unique_ptr<CRecordingReader> reader, bool isLooping)
     : m_reader(std::move(reader)), m_isLooping(isLooping)

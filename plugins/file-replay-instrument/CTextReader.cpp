@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "CTextReader.h"
 
+#include "TimeUnits.h"
+
 #include <QThread>
 #include <QVector>
 
@@ -12,7 +14,6 @@ namespace {
 constexpr int kMaxLineLength = 4096;
 constexpr int kInspectedLines = 400;
 constexpr int kLinesPerInterruptionTest = 1000;
-constexpr double kNsPerSecond = 1e9;
 
 } // namespace
 
@@ -42,7 +43,7 @@ double estimateRate(const QVector<qint64>& timesNs)
             ++count;
         }
     }
-    return count * kNsPerSecond / static_cast<double>(sum);
+    return static_cast<double>(count * kNsPerSecond) / static_cast<double>(sum);
 }
 
 CTextReader::CTextReader(const QString& path) : m_file(path) {}

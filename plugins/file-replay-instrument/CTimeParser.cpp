@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "CTimeParser.h"
 
+#include "NumberText.h"
+#include "TimeUnits.h"
+
 #include <QDateTime>
 
 namespace {
 
 constexpr int kSecondsLength = 19; // yyyy-MM-ddTHH:mm:ss
 constexpr int kFractionDigits = 9;
-constexpr qint64 kNsPerSecond = 1000000000;
-
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
 
 // A number of exactly `length` digits; -1 for anything else.
 int digitsAt(const QByteArray& text, int position, int length)
@@ -21,7 +18,7 @@ int digitsAt(const QByteArray& text, int position, int length)
         return -1;
     int value = 0;
     for (int i = position; i < position + length; ++i) {
-        if (!isDigit(text.at(i)))
+        if (!NumberText::isDigit(text.at(i)))
             return -1;
         value = value * 10 + (text.at(i) - '0');
     }
@@ -58,7 +55,7 @@ std::optional<qint64> CTimeParser::Parse(const QByteArray& text)
     if (at < trimmed.size() && (trimmed.at(at) == '.' || trimmed.at(at) == ',')) {
         ++at;
         int digits = 0;
-        for (; at < trimmed.size() && isDigit(trimmed.at(at)); ++at) {
+        for (; at < trimmed.size() && NumberText::isDigit(trimmed.at(at)); ++at) {
             if (digits++ < kFractionDigits)
                 fractionNs = fractionNs * 10 + (trimmed.at(at) - '0');
         }

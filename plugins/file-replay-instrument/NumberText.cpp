@@ -14,12 +14,12 @@ QByteArray withPoint(const QByteArray& text, bool decimalComma)
     return trimmed;
 }
 
-bool isDigit(char c)
+} // namespace
+
+bool NumberText::isDigit(char c)
 {
     return c >= '0' && c <= '9';
 }
-
-} // namespace
 
 std::optional<double> NumberText::toDouble(const QByteArray& text, bool decimalComma)
 {
@@ -45,7 +45,7 @@ std::optional<qint64> NumberText::toScaledInteger(const QByteArray& text, int de
         const char c = number.at(at);
         if (c == '.' && places < 0) {
             places = 0;
-        } else if (isDigit(c)) {
+        } else if (NumberText::isDigit(c)) {
             hasDigit = true;
             if (places >= decimals)
                 continue;
@@ -82,7 +82,7 @@ int NumberText::decimalPlaces(const QByteArray& text)
     if (point < 0)
         return 0;
     int places = 0;
-    while (point + 1 + places < number.size() && isDigit(number.at(point + 1 + places)))
+    while (point + 1 + places < number.size() && NumberText::isDigit(number.at(point + 1 + places)))
         ++places;
     return places;
 }

@@ -8,6 +8,8 @@
 /// Numbers as recordings write them, independent of the locale.
 namespace NumberText {
 
+bool isDigit(char c);
+
 /// A finite decimal number; with `decimalComma` a comma may stand for the point. Nothing for any other text,
 /// "nan" and an empty text included.
 std::optional<double> toDouble(const QByteArray& text, bool decimalComma);

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "CBoardClock.h"
 
+#include "TimeUnits.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 
 namespace {
 
-constexpr double kNsPerSecond = 1e9;
 constexpr double kSecondsPerNs = 1e-9;
 // What of the past the line still knows: long against the jitter, short against the drift of a cheap clock.
 constexpr double kMemoryS = 4;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "CAcquisitionWorker.h"
 
+#include "TimeUnits.h"
+
 #include <QDateTime>
 #include <QThread>
 
@@ -10,8 +12,6 @@
 
 namespace {
 
-constexpr qint64 kNsPerMs = 1000000;
-constexpr double kNsPerSecond = 1e9;
 constexpr double kBurstFactor = 10;
 // Further behind than this the acquisition goes on from the present, like a device whose buffer ran over.
 constexpr qint64 kMaxLagNs = 5000000000;

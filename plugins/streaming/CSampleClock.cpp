@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "CSampleClock.h"
 
+#include "TimeUnits.h"
+
 #include <cmath>
 
 namespace {
 
-constexpr quint64 kNsPerSecond = 1000000000;
 // A remainder below the numerator is multiplied by 1e9 in 64 bits.
 constexpr double kMaxNumerator = 9e9;
 // Leaves room for indices up to 2^43 in the product with the denominator.
@@ -49,8 +50,9 @@ CSampleClock::CSampleClock(double rate)
 
 qint64 CSampleClock::OffsetNs(quint64 index) const
 {
+    constexpr auto kNs = static_cast<quint64>(kNsPerSecond);
     const quint64 product = index * m_denominator;
     const quint64 seconds = product / m_numerator;
     const quint64 remainder = product % m_numerator;
-    return static_cast<qint64>(seconds * kNsPerSecond + remainder * kNsPerSecond / m_numerator);
+    return static_cast<qint64>(seconds * kNs + remainder * kNs / m_numerator);
 }

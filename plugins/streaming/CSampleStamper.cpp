@@ -2,11 +2,9 @@
 #include "CSampleStamper.h"
 
 #include "CTimestampableResult.h"
+#include "TimeUnits.h"
 
 namespace {
-
-constexpr qint64 kNsPerMs = 1000000;
-constexpr qint64 kNsPerSecond = 1000000000;
 
 // Rounds down for times before 1970, too.
 qint64 floorModulo(qint64 value, qint64 divisor)

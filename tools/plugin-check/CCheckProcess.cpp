@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int kPollMs = 20;
+constexpr int kProcessPollMs = 20;
 constexpr int kMaxOutput = 20000;
 
 } // namespace
@@ -55,7 +55,7 @@ bool CCheckProcess::Run(QString& error)
 void CCheckProcess::watch(QProcess& process, CCheckJournal& journal)
 {
     m_sinceRecord.start();
-    while (!process.waitForFinished(kPollMs) && process.state() != QProcess::NotRunning) {
+    while (!process.waitForFinished(kProcessPollMs) && process.state() != QProcess::NotRunning) {
         take(journal);
         if (!isOverdue())
             continue;

@@ -19,7 +19,7 @@ const QLatin1String kName("name");
 const QLatin1String kPhase("phase");
 const QLatin1String kSeverity("severity");
 const QLatin1String kType("type");
-const QLatin1String kError("error");
+const QLatin1String kErrorText("error");
 
 QString textOf(const QJsonValue& value)
 {
@@ -67,7 +67,8 @@ void CCheckReport::AddFinding(const QString& code, const QString& detail)
 {
     QJsonObject finding;
     finding.insert(kCode, code);
-    finding.insert(kSeverity, FindingCatalog::isError(code) ? QString(kError) : QStringLiteral("warning"));
+    finding.insert(kSeverity,
+                   FindingCatalog::isError(code) ? QString(kErrorText) : QStringLiteral("warning"));
     finding.insert(kPhase, m_phase);
     finding.insert(kDetail, detail);
     finding.insert(QLatin1String("meaning"), FindingCatalog::meaningOf(code));
@@ -83,7 +84,7 @@ int CCheckReport::countOf(bool isError) const
 {
     int count = 0;
     for (const QJsonValue& finding : m_findings) {
-        if ((finding.toObject().value(kSeverity).toString() == kError) == isError)
+        if ((finding.toObject().value(kSeverity).toString() == kErrorText) == isError)
             ++count;
     }
     return count;

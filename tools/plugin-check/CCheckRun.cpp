@@ -20,11 +20,11 @@ namespace {
 
 constexpr int kPollMs = 5;
 constexpr int kThreadGraceMs = 500;
-constexpr double kNsPerMs = 1e6;
+constexpr double kMsPerNs = 1e-6;
 
 double elapsedMs(const QElapsedTimer& timer)
 {
-    return static_cast<double>(timer.nsecsElapsed()) / kNsPerMs;
+    return static_cast<double>(timer.nsecsElapsed()) * kMsPerNs;
 }
 
 /// Threads of this process; -1 where that cannot be known.

@@ -17,7 +17,6 @@ constexpr int kMinQuietMs = 100;
 constexpr int kMaxQuietMs = 2000;
 constexpr int kSettleMs = 20;
 constexpr int kMinTriggerMs = 20;
-constexpr double kMsPerSecond = 1000;
 // A unit that differs by less cannot be told from a field that changes.
 constexpr double kClearRatio = 10;
 constexpr double kSameRatio = 3;
@@ -124,7 +123,7 @@ int CMeasurementCheck::blockMs() const
 {
     const double rate = m_parameters->AcquisitionRate();
     const double seconds = rate > 0 ? m_parameters->BlockSize() / rate : 0;
-    return static_cast<int>(std::min(seconds * kMsPerSecond, 1e6));
+    return static_cast<int>(std::min(seconds * 1e3, 1e6));
 }
 
 int CMeasurementCheck::limitMs(int numBlocks) const
