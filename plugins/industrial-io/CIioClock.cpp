@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "CIioClock.h"
 
+#include "TimeUnits.h"
+
 #include <QHash>
 
 #include <algorithm>
@@ -9,8 +11,6 @@
 
 namespace {
 
-constexpr double kNsPerSecond = 1e9;
-constexpr qint64 kNsPerWholeSecond = 1000000000;
 // Times that are further from what the arrivals tell are of another clock than the kernel says.
 constexpr qint64 kPlausibleNs = 1000000000;
 constexpr qint64 kLeastStepNs = 1000;
@@ -20,7 +20,7 @@ qint64 nowNs(clockid_t clock)
 {
     timespec now{};
     clock_gettime(clock, &now);
-    return static_cast<qint64>(now.tv_sec) * kNsPerWholeSecond + now.tv_nsec;
+    return static_cast<qint64>(now.tv_sec) * kNsPerSecond + now.tv_nsec;
 }
 
 // From the clock to the steady one. A reading that was interrupted half-way is worth less than another.
@@ -66,7 +66,8 @@ QVector<TimedReading> CIioClock::Arrive(const QVector<BoardReading>& readings, q
         return timed;
     const qint64 firstNs = firstTimeNs + offsetOf(*m_clock);
     for (TimedReading& reading : timed) {
-        const qint64 timeNs = firstNs + std::llround(reading.reading.deviceTime.value_or(0) * kNsPerSecond);
+        const qint64 timeNs = firstNs + std::llround(reading.reading.deviceTime.value_or(0) *
+                                                     static_cast<double>(kNsPerSecond));
         if (std::abs(timeNs - reading.timeNs) > kPlausibleNs) {
             m_clock.reset();
             break;

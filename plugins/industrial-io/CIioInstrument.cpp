@@ -20,8 +20,6 @@ constexpr int kHangMs = 1000;
 constexpr int kCloseMs = 1000;
 constexpr double kSilentS = 2;
 constexpr double kSilentReadings = 10;
-constexpr double kSecondsPerNs = 1e-9;
-constexpr double kMsPerSecond = 1000;
 
 constexpr int kMaxAveraging = 1000;
 constexpr int kMaxBlockSize = 65535;

@@ -2,8 +2,7 @@
 #include "CIioMagnetometer.h"
 
 #include "IioText.h"
-
-#include <QCoreApplication>
+#include "SteadyTime.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -13,18 +12,12 @@
 
 namespace {
 
-constexpr double kSecondsPerNs = 1e-9;
 // The kernel keeps so many times what is fetched at once, for a reader that is late.
 constexpr unsigned kKernelBuffers = 16;
 constexpr std::size_t kMaxAttribute = 4096;
 constexpr std::array<const char*, 3> kAxisNames{"magn_x", "magn_y", "magn_z"};
 const char* const kRate = "sampling_frequency";
 const char* const kAvailableRates = "sampling_frequency_available";
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("CIioMagnetometer", text);
-}
 
 // The text of an attribute, which may be absent, or the error.
 struct Attribute

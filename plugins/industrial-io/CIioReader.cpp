@@ -3,8 +3,7 @@
 
 #include "CIioClock.h"
 #include "SteadyTime.h"
-
-#include <QCoreApplication>
+#include "TimeUnits.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -14,10 +13,6 @@
 
 namespace {
 
-constexpr double kMsPerSecond = 1000;
-constexpr qint64 kNsPerMs = 1000000;
-constexpr double kSecondsPerNs = 1e-9;
-constexpr double kNsPerSecond = 1e9;
 // Scans are fetched so often, or one by one.
 constexpr double kFetchS = 0.05;
 constexpr int kMaxScans = 4096;
@@ -34,11 +29,6 @@ constexpr double kUsualPollingRate = 20;
 constexpr double kMaxPollingLoad = 0.8;
 constexpr int kTrials = 3;
 constexpr int kPollingDigits = 2;
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("CIioReader", text);
-}
 
 double rounded(double value, int digits)
 {
@@ -245,7 +235,7 @@ CIioReader::End CIioReader::capturePolling(int request, double rate)
         m_magnetometer.SetRate(pollingRate);
     beginSeries(m_pollingRates, pollingRate, false);
 
-    const double periodNs = kNsPerSecond / pollingRate;
+    const double periodNs = static_cast<double>(kNsPerSecond) / pollingRate;
     const qint64 startNs = steadyNs();
     qint64 count = 0;
     while (!isAsked(request)) {

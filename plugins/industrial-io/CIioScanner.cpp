@@ -3,7 +3,6 @@
 
 #include "CIioContext.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -16,11 +15,6 @@ namespace {
 constexpr int kLocalLookMs = 500;
 constexpr int kNetworkLookMs = 5000;
 const QLatin1String kLocal("local:");
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("CIioScanner", text);
-}
 
 // Changes whenever a device comes, goes or is exchanged. To look into devices costs far more.
 QByteArray localDevices()

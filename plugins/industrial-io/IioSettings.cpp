@@ -2,6 +2,7 @@
 #include "IioSettings.h"
 
 #include "CIniReader.h"
+#include "SteadyTime.h"
 
 #include <QSettings>
 
@@ -11,7 +12,6 @@ namespace {
 
 constexpr double kMinTimeoutS = 0.2;
 constexpr double kMaxTimeoutS = 60;
-constexpr double kMsPerSecond = 1000;
 const QLatin1String kNetwork("ip:");
 
 // Commas make a list of what a settings file holds.

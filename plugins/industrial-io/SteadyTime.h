@@ -5,6 +5,9 @@
 
 #include <chrono>
 
+inline constexpr double kSecondsPerNs = 1e-9;
+inline constexpr double kMsPerSecond = 1000;
+
 /// Nanoseconds of the steady clock.
 inline qint64 steadyNs()
 {
