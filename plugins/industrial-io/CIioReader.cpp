@@ -21,6 +21,9 @@ constexpr double kPatientPeriods = 3;
 // The clocks of cheap sensors are some per cent off; more than this is another rate.
 constexpr double kRateTolerance = 0.25;
 constexpr int kRateDigits = 4;
+// A busy computer may mistake a rate, but not twice in the same way.
+constexpr double kSameRate = 0.1;
+constexpr int kMaxLearnings = 3;
 
 constexpr double kMinPollingRate = 1;
 constexpr double kMaxPollingRate = 1000;
@@ -29,6 +32,11 @@ constexpr double kUsualPollingRate = 20;
 constexpr double kMaxPollingLoad = 0.8;
 constexpr int kTrials = 3;
 constexpr int kPollingDigits = 2;
+
+bool isWithin(double rate, double expected, double tolerance)
+{
+    return expected > 0 && std::abs(rate / expected - 1) <= tolerance;
+}
 
 double rounded(double value, int digits)
 {
@@ -172,8 +180,11 @@ CIioReader::End CIioReader::captureBuffer(int request, double rate)
 
 CIioReader::End CIioReader::fetch(int request, double nominal)
 {
-    CIioClock clock(m_capture.device.IsNetwork() ? std::nullopt
-                                                 : clockOfName(m_magnetometer.TimestampClock()));
+    const std::optional<clockid_t> scanClock =
+        m_capture.device.IsNetwork() ? std::nullopt : clockOfName(m_magnetometer.TimestampClock());
+    CIioClock clock(scanClock);
+    double doubted = 0;
+    int learnings = 0;
     QVector<BoardReading> readings;
     while (!isAsked(request)) {
         const IioError error = m_magnetometer.Refill(readings);
@@ -194,8 +205,16 @@ CIioReader::End CIioReader::fetch(int request, double nominal)
         m_hasReadings = true;
         const bool wasSettled = clock.IsSettled();
         push(clock.Arrive(readings, arrivalNs, m_magnetometer.FirstTimeNs()));
-        if (!wasSettled && clock.IsSettled())
+        if (wasSettled || !clock.IsSettled())
+            continue;
+        const bool isCertain = nominal <= 0 || isWithin(clock.Rate(), nominal, kRateTolerance) ||
+                               isWithin(clock.Rate(), doubted, kSameRate);
+        if (!isCertain && ++learnings < kMaxLearnings) {
+            doubted = clock.Rate();
+            clock = CIioClock(scanClock);
+        } else {
             settle(clock.Rate(), nominal, clock.UsesDeviceTime());
+        }
     }
     return End::Asked;
 }
@@ -203,7 +222,7 @@ CIioReader::End CIioReader::fetch(int request, double nominal)
 // What the clock has learnt in the first second.
 void CIioReader::settle(double measured, double nominal, bool usesDeviceTime)
 {
-    const bool isOther = nominal <= 0 || std::abs(measured / nominal - 1) > kRateTolerance;
+    const bool isOther = !isWithin(measured, nominal, kRateTolerance);
     const double rate = isOther ? rounded(measured, kRateDigits) : nominal;
     if (isOther && nominal > 0)
         notice(tr("%1 gives %2 readings per second, though it is set to %3")
