@@ -66,7 +66,8 @@ QVector<TimedReading> CIioClock::Arrive(const QVector<BoardReading>& readings, q
         return timed;
     const qint64 firstNs = firstTimeNs + offsetOf(*m_clock);
     for (TimedReading& reading : timed) {
-        const qint64 timeNs = firstNs + std::llround(reading.reading.deviceTime.value_or(0) * kNsPerSecond);
+        const qint64 timeNs = firstNs + std::llround(reading.reading.deviceTime.value_or(0) *
+                                                     static_cast<double>(kNsPerSecond));
         if (std::abs(timeNs - reading.timeNs) > kPlausibleNs) {
             m_clock.reset();
             break;

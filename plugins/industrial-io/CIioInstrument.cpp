@@ -2,7 +2,6 @@
 #include "CIioInstrument.h"
 
 #include "SteadyTime.h"
-#include "TimeUnits.h"
 
 #include <QLoggingCategory>
 

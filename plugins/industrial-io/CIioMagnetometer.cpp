@@ -2,7 +2,7 @@
 #include "CIioMagnetometer.h"
 
 #include "IioText.h"
-#include "TimeUnits.h"
+#include "SteadyTime.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -73,7 +73,7 @@ QString CIioMagnetometer::Open(const QString& id)
 {
     m_device = iio_context_find_device(m_context.Handle(), id.toUtf8().constData());
     if (!m_device)
-        return iioText("it is gone");
+        return tr("it is gone");
     for (std::size_t i = 0; i < m_axes.size(); ++i) {
         const QString problem = openAxis(m_axes.at(i), kAxisNames.at(i));
         if (!problem.isEmpty())
@@ -94,7 +94,7 @@ QString CIioMagnetometer::openAxis(Axis& axis, const char* name)
     const QString shown = QString::fromLatin1(name);
     axis.channel = iio_device_find_channel(m_device, name, false);
     if (!axis.channel)
-        return iioText("it has no channel %1").arg(shown);
+        return tr("it has no channel %1").arg(shown);
     axis.format = formatOf(axis.channel);
     axis.isProcessed =
         !iio_channel_find_attr(axis.channel, "raw") && iio_channel_find_attr(axis.channel, "input");
@@ -103,23 +103,21 @@ QString CIioMagnetometer::openAxis(Axis& axis, const char* name)
 
     const Attribute scale = channelAttribute(axis.channel, "scale");
     if (scale.error.code == ENOENT)
-        return iioText("channel %1 has no scale").arg(shown);
+        return tr("channel %1 has no scale").arg(shown);
     if (scale.error.code != 0)
-        return iioText("the scale of channel %1 cannot be read: %2").arg(shown, scale.error.Text());
+        return tr("the scale of channel %1 cannot be read: %2").arg(shown, scale.error.Text());
     axis.scale = numberOfAttribute(scale.text).value_or(0);
     if (axis.scale == 0)
-        return iioText("the scale of channel %1 is no number: \"%2\"")
-            .arg(shown, QString::fromUtf8(scale.text));
+        return tr("the scale of channel %1 is no number: \"%2\"").arg(shown, QString::fromUtf8(scale.text));
 
     const Attribute offset = channelAttribute(axis.channel, "offset");
     if (offset.error.code == ENOENT)
         return {};
     if (offset.error.code != 0)
-        return iioText("the offset of channel %1 cannot be read: %2").arg(shown, offset.error.Text());
+        return tr("the offset of channel %1 cannot be read: %2").arg(shown, offset.error.Text());
     const std::optional<double> number = numberOfAttribute(offset.text);
     if (!number)
-        return iioText("the offset of channel %1 is no number: \"%2\"")
-            .arg(shown, QString::fromUtf8(offset.text));
+        return tr("the offset of channel %1 is no number: \"%2\"").arg(shown, QString::fromUtf8(offset.text));
     axis.offset = *number;
     return {};
 }
@@ -204,10 +202,9 @@ QString CIioMagnetometer::ChooseTrigger(const QString& name)
         if (!iio_device_is_trigger(trigger) || !isWanted)
             continue;
         const int result = iio_device_set_trigger(m_device, trigger);
-        return result < 0 ? iioText("its trigger cannot be set: %1").arg(IioError{-result}.Text())
-                          : QString();
+        return result < 0 ? tr("its trigger cannot be set: %1").arg(IioError{-result}.Text()) : QString();
     }
-    return name.isEmpty() ? iioText("it has no trigger") : iioText("there is no trigger %1").arg(name);
+    return name.isEmpty() ? tr("it has no trigger") : tr("there is no trigger %1").arg(name);
 }
 
 IioError CIioMagnetometer::OpenBuffer(int scans)

@@ -7,6 +7,7 @@
 #include "SampleFormat.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QString>
 #include <QVector>
 
@@ -22,6 +23,8 @@ struct iio_device;
 /// CancelBuffer(); calls may last as those of the context.
 class CIioMagnetometer
 {
+    Q_DECLARE_TR_FUNCTIONS(CIioMagnetometer)
+
 public:
     /// The context outlives the magnetometer.
     explicit CIioMagnetometer(CIioContext& context) : m_context(context) {}

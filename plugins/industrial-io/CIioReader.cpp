@@ -2,7 +2,6 @@
 #include "CIioReader.h"
 
 #include "CIioClock.h"
-#include "IioText.h"
 #include "SteadyTime.h"
 #include "TimeUnits.h"
 
@@ -22,6 +21,9 @@ constexpr double kPatientPeriods = 3;
 // The clocks of cheap sensors are some per cent off; more than this is another rate.
 constexpr double kRateTolerance = 0.25;
 constexpr int kRateDigits = 4;
+// A busy computer may mistake a rate, but not twice in the same way.
+constexpr double kSameRate = 0.1;
+constexpr int kMaxLearnings = 3;
 
 constexpr double kMinPollingRate = 1;
 constexpr double kMaxPollingRate = 1000;
@@ -31,7 +33,12 @@ constexpr double kMaxPollingLoad = 0.8;
 constexpr int kTrials = 3;
 constexpr int kPollingDigits = 2;
 
-double roundedTo(double value, int digits)
+bool isWithin(double rate, double expected, double tolerance)
+{
+    return expected > 0 && std::abs(rate / expected - 1) <= tolerance;
+}
+
+double rounded(double value, int digits)
 {
     return QString::number(value, 'g', digits).toDouble();
 }
@@ -95,14 +102,14 @@ bool CIioReader::open()
     const IioError error = m_context.Open(m_capture.device.uri, m_capture.timeoutMs);
     if (error.code != 0) {
         fail(error.IsTimeout()
-                 ? iioText("The context %1 does not answer").arg(m_capture.device.uri)
-                 : iioText("The context %1 cannot be opened: %2").arg(m_capture.device.uri, error.Text()));
+                 ? tr("The context %1 does not answer").arg(m_capture.device.uri)
+                 : tr("The context %1 cannot be opened: %2").arg(m_capture.device.uri, error.Text()));
         return false;
     }
     beat();
     const QString problem = m_magnetometer.Open(m_capture.device.id);
     if (!problem.isEmpty()) {
-        fail(iioText("The magnetometer %1 cannot be used: %2").arg(m_capture.device.Location(), problem));
+        fail(tr("The magnetometer %1 cannot be used: %2").arg(m_capture.device.Location(), problem));
         return false;
     }
     beat();
@@ -119,7 +126,7 @@ void CIioReader::capture()
         const QString problem = m_magnetometer.ChooseTrigger(m_capture.trigger);
         isBuffered = problem.isEmpty();
         if (!isBuffered)
-            notice(iioText("The buffer of %1 cannot be used (%2): it is polled instead")
+            notice(tr("The buffer of %1 cannot be used (%2): it is polled instead")
                        .arg(m_capture.device.Location(), problem));
     }
     while (!isAsked(-1)) {
@@ -146,7 +153,7 @@ CIioReader::End CIioReader::captureBuffer(int request, double rate)
 {
     if (rate > 0 && !m_isRateRefused && !m_magnetometer.SetRate(rate)) {
         m_isRateRefused = true;
-        notice(iioText("The rate of %1 cannot be set: it stays at %2 Hz")
+        notice(tr("The rate of %1 cannot be set: it stays at %2 Hz")
                    .arg(m_capture.device.Location())
                    .arg(m_magnetometer.Rate()));
     }
@@ -163,7 +170,7 @@ CIioReader::End CIioReader::captureBuffer(int request, double rate)
     if (isAsked(request))
         return End::Asked;
     if (error.code != 0) {
-        notice(iioText("The buffer of %1 cannot be used (%2): it is polled instead")
+        notice(tr("The buffer of %1 cannot be used (%2): it is polled instead")
                    .arg(m_capture.device.Location(), error.Text()));
         return End::Unusable;
     }
@@ -173,8 +180,11 @@ CIioReader::End CIioReader::captureBuffer(int request, double rate)
 
 CIioReader::End CIioReader::fetch(int request, double nominal)
 {
-    CIioClock clock(m_capture.device.IsNetwork() ? std::nullopt
-                                                 : clockOfName(m_magnetometer.TimestampClock()));
+    const std::optional<clockid_t> scanClock =
+        m_capture.device.IsNetwork() ? std::nullopt : clockOfName(m_magnetometer.TimestampClock());
+    CIioClock clock(scanClock);
+    double doubted = 0;
+    int learnings = 0;
     QVector<BoardReading> readings;
     while (!isAsked(request)) {
         const IioError error = m_magnetometer.Refill(readings);
@@ -185,8 +195,7 @@ CIioReader::End CIioReader::fetch(int request, double nominal)
         if (error.IsTimeout() && !m_capture.device.IsNetwork()) {
             if (m_hasReadings)
                 continue;
-            notice(iioText("The buffer of %1 stays empty: it is polled instead")
-                       .arg(m_capture.device.Location()));
+            notice(tr("The buffer of %1 stays empty: it is polled instead").arg(m_capture.device.Location()));
             return End::Unusable;
         }
         if (error.code == EINTR)
@@ -196,8 +205,16 @@ CIioReader::End CIioReader::fetch(int request, double nominal)
         m_hasReadings = true;
         const bool wasSettled = clock.IsSettled();
         push(clock.Arrive(readings, arrivalNs, m_magnetometer.FirstTimeNs()));
-        if (!wasSettled && clock.IsSettled())
+        if (wasSettled || !clock.IsSettled())
+            continue;
+        const bool isCertain = nominal <= 0 || isWithin(clock.Rate(), nominal, kRateTolerance) ||
+                               isWithin(clock.Rate(), doubted, kSameRate);
+        if (!isCertain && ++learnings < kMaxLearnings) {
+            doubted = clock.Rate();
+            clock = CIioClock(scanClock);
+        } else {
             settle(clock.Rate(), nominal, clock.UsesDeviceTime());
+        }
     }
     return End::Asked;
 }
@@ -205,10 +222,10 @@ CIioReader::End CIioReader::fetch(int request, double nominal)
 // What the clock has learnt in the first second.
 void CIioReader::settle(double measured, double nominal, bool usesDeviceTime)
 {
-    const bool isOther = nominal <= 0 || std::abs(measured / nominal - 1) > kRateTolerance;
-    const double rate = isOther ? roundedTo(measured, kRateDigits) : nominal;
+    const bool isOther = !isWithin(measured, nominal, kRateTolerance);
+    const double rate = isOther ? rounded(measured, kRateDigits) : nominal;
     if (isOther && nominal > 0)
-        notice(iioText("%1 gives %2 readings per second, though it is set to %3")
+        notice(tr("%1 gives %2 readings per second, though it is set to %3")
                    .arg(m_capture.device.Location())
                    .arg(rate)
                    .arg(nominal));
@@ -237,7 +254,7 @@ CIioReader::End CIioReader::capturePolling(int request, double rate)
         m_magnetometer.SetRate(pollingRate);
     beginSeries(m_pollingRates, pollingRate, false);
 
-    const double periodNs = kNsPerSecond / pollingRate;
+    const double periodNs = static_cast<double>(kNsPerSecond) / pollingRate;
     const qint64 startNs = steadyNs();
     qint64 count = 0;
     while (!isAsked(request)) {
@@ -284,7 +301,7 @@ IioError CIioReader::measurePollingRate()
             return error;
     }
     const double readS = static_cast<double>(readNs) * kSecondsPerNs;
-    double max = std::fmin(roundedTo(kMaxPollingLoad / readS, kPollingDigits), kMaxPollingRate);
+    double max = std::fmin(rounded(kMaxPollingLoad / readS, kPollingDigits), kMaxPollingRate);
     const CSamplingRates rates = m_magnetometer.Rates();
     if (!rates.IsEmpty()) {
         m_isRateRefused = m_isRateRefused || !m_magnetometer.SetRate(rates.Max());
@@ -332,10 +349,10 @@ CIioReader::End CIioReader::failFor(const IioError& error)
     // Over a network a time-out looks like a connection that was closed.
     const bool isLate = m_capture.device.IsNetwork() && m_callNs > m_capture.timeoutMs * kNsPerMs / 2;
     if (error.IsTimeout() || isLate)
-        return fail(iioText("The magnetometer %1 does not answer").arg(location));
+        return fail(tr("The magnetometer %1 does not answer").arg(location));
     if (error.IsGone())
-        return fail(iioText("The magnetometer %1 is gone").arg(location));
-    return fail(iioText("The magnetometer %1 cannot be read: %2").arg(location, error.Text()));
+        return fail(tr("The magnetometer %1 is gone").arg(location));
+    return fail(tr("The magnetometer %1 cannot be read: %2").arg(location, error.Text()));
 }
 
 CIioReader::End CIioReader::fail(const QString& problem)

@@ -8,6 +8,7 @@
 #include "CSamplingRates.h"
 #include "IioDevice.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -47,6 +48,8 @@ struct IioState
 /// and logs nothing. The other operations may be called from any thread and never wait for the library.
 class CIioReader
 {
+    Q_DECLARE_TR_FUNCTIONS(CIioReader)
+
 public:
     CIioReader(const IioCapture& capture, std::shared_ptr<CSampleQueue> queue);
 

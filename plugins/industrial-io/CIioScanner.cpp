@@ -2,7 +2,6 @@
 #include "CIioScanner.h"
 
 #include "CIioContext.h"
-#include "IioText.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -72,9 +71,9 @@ IioScan CIioScanner::look() const
     if (error.code == 0)
         scan.devices = context.Magnetometers();
     else if (error.IsTimeout())
-        scan.problem = iioText("The context %1 does not answer").arg(m_uri);
+        scan.problem = tr("The context %1 does not answer").arg(m_uri);
     else if (m_uri != kLocal || (error.code != ENOENT && error.code != ENODEV))
-        scan.problem = iioText("The context %1 cannot be opened: %2").arg(m_uri, error.Text());
+        scan.problem = tr("The context %1 cannot be opened: %2").arg(m_uri, error.Text());
     return scan;
 }
 

@@ -4,6 +4,7 @@
 #include "IioDevice.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QList>
 #include <QString>
 
@@ -24,6 +25,8 @@ struct IioScan
 /// it uses nothing but this object, and logs nothing. The other operations may be called from any thread.
 class CIioScanner
 {
+    Q_DECLARE_TR_FUNCTIONS(CIioScanner)
+
 public:
     CIioScanner(const QString& uri, int timeoutMs) : m_uri(uri), m_timeoutMs(timeoutMs) {}
 

@@ -2,7 +2,7 @@
 #include "IioSettings.h"
 
 #include "CIniReader.h"
-#include "TimeUnits.h"
+#include "SteadyTime.h"
 
 #include <QSettings>
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "IioText.h"
 
-#include <QCoreApplication>
-
 #include <cmath>
 
 std::optional<double> numberOfAttribute(const QByteArray& text)
@@ -14,9 +12,4 @@ std::optional<double> numberOfAttribute(const QByteArray& text)
     if (!ok || !std::isfinite(value))
         return std::nullopt;
     return value;
-}
-
-QString iioText(const char* text)
-{
-    return QCoreApplication::translate("IndustrialIo", text);
 }

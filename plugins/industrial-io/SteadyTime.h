@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "TimeUnits.h"
+
 #include <QtGlobal>
 
 #include <chrono>
