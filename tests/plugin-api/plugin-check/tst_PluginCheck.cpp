@@ -101,8 +101,9 @@ void tst_PluginCheck::addBadInstruments()
                  exitCode, more);
     };
     const QStringList slow{QStringLiteral("--slow"), QStringLiteral("300")};
+    // A loaded machine may take seconds from the start of the process to the call.
     addFault("hang",
-             addRun(bad("instrument", {QStringLiteral("--call-limit"), QStringLiteral("1")}), QString(),
+             addRun(bad("instrument", {QStringLiteral("--call-limit"), QStringLiteral("6")}), QString(),
                     QStringLiteral("hang")),
              kHang);
     addBad("instrument", {"crash"}, kCrash);
