@@ -16,8 +16,7 @@ Button {
     horizontalPadding: padding
     Accessible.name: label
     ToolTip.text: label
-    ToolTip.visible: hovered && label !== "" && Window.window !== null
-    ToolTip.delay: 1000
+    ToolTip.visible: hoverDelay.isOver && label !== "" && Window.window !== null
 
     background: Rectangle {
         color: toolButton.down || toolButton.checked ? Style.PageButtonDownColor : Style.PageButtonColor
@@ -34,6 +33,12 @@ Button {
             sourceSize: Qt.size(width, height)
             opacity: toolButton.enabled ? 1 : 0.4
         }
+    }
+
+    HoverDelay {
+        id: hoverDelay
+
+        hovered: toolButton.hovered
     }
 
     HandCursorArea {

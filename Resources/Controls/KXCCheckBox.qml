@@ -26,8 +26,7 @@ RowLayout {
         padding: 0
         Accessible.name: checkBoxLabel.text
         ToolTip.text: checkBoxRow.toolTipText
-        ToolTip.visible: (hovered || labelArea.containsMouse) && checkBoxRow.toolTipText !== "" && Window.window !== null
-        ToolTip.delay: 500
+        ToolTip.visible: hoverDelay.isOver && checkBoxRow.toolTipText !== "" && Window.window !== null
 
         indicator: Rectangle {
             y: (checkBox.height - height) / 2
@@ -44,6 +43,13 @@ RowLayout {
                 color: checkBox.enabled ? Style.TextDarkColor : Style.TextLightColor
                 visible: checkBox.checked
             }
+        }
+
+        HoverDelay {
+            id: hoverDelay
+
+            interval: 500
+            hovered: checkBox.hovered || labelArea.containsMouse
         }
 
         HandCursorArea {

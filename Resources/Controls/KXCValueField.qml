@@ -167,9 +167,7 @@ ColumnLayout {
         color: enabled && !valueField.valid ? "red" : Style.TextDarkColor
         Accessible.name: fieldLabel.text
         ToolTip.text: valueField.toolTipText
-        // A page leaves the window before its items go: a tool tip that is due then would find no window to open in.
-        ToolTip.visible: hovered && valueField.toolTipText !== "" && Window.window !== null
-        ToolTip.delay: 1000
+        ToolTip.visible: hoverDelay.isOver && valueField.toolTipText !== "" && Window.window !== null
 
         onActiveFocusChanged: {
             if (!activeFocus)
@@ -187,6 +185,12 @@ ColumnLayout {
             color: textField.enabled ? Style.BackgroundColor : Style.DisabledColor
             border.width: textField.activeFocus ? 2 : 1
             border.color: textField.activeFocus ? Style.TextFieldFocusBorder : Style.BordersColor
+        }
+
+        HoverDelay {
+            id: hoverDelay
+
+            hovered: textField.hovered
         }
 
         KXCLabel {

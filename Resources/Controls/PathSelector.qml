@@ -58,13 +58,18 @@ ColumnLayout {
             placeholderTextColor: "transparent"
             Accessible.name: selectorLabel.text
             ToolTip.text: selector.toolTipText
-            ToolTip.visible: hovered && selector.toolTipText !== "" && Window.window !== null
-            ToolTip.delay: 1000
+            ToolTip.visible: hoverDelay.isOver && selector.toolTipText !== "" && Window.window !== null
 
             background: Rectangle {
                 color: field.enabled ? Style.BackgroundColor : Style.DisabledColor
                 border.width: field.activeFocus ? 2 : 1
                 border.color: field.activeFocus ? Style.TextFieldFocusBorder : Style.BordersColor
+            }
+
+            HoverDelay {
+                id: hoverDelay
+
+                hovered: field.hovered
             }
 
             KXCLabel {

@@ -18,8 +18,7 @@ Button {
     horizontalPadding: padding
     Accessible.name: toolTipText
     ToolTip.text: toolTipText
-    ToolTip.visible: hovered && toolTipText !== "" && Window.window !== null
-    ToolTip.delay: 1000
+    ToolTip.visible: hoverDelay.isOver && toolTipText !== "" && Window.window !== null
     ToolTip.timeout: 5000
 
     background: Rectangle {
@@ -38,6 +37,12 @@ Button {
                 color: "darkgray"
             }
         }
+    }
+
+    HoverDelay {
+        id: hoverDelay
+
+        hovered: statusBarButton.hovered
     }
 
     HandCursorArea {

@@ -77,9 +77,14 @@ Rectangle {
                 fillMode: Image.Pad
             }
 
-            ToolTip.visible: hovered && Window.window !== null
-            ToolTip.delay: 1000
+            ToolTip.visible: hoverDelay.isOver && Window.window !== null
             ToolTip.text: qsTr("Show log messages")
+
+            HoverDelay {
+                id: hoverDelay
+
+                hovered: openLogButton.hovered
+            }
 
             HandCursorArea {
             }

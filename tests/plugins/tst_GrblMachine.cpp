@@ -30,7 +30,7 @@ private slots:
         bench.settings.offset = {1, 0, 0};
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({9, -5, 2});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         // Work coordinates of 10, -5, 2 are machine coordinates of -90, -55, -8.
         QCOMPARE(textOf(machine.Place()), QByteArray("-90.00 -55.00 -8.00"));
         QVERIFY(bench.wasAtRest);
@@ -40,12 +40,12 @@ private slots:
         QCOMPARE(machine.CountOf("$X"), 0);
         // To where it is, it arrives too; and the next session uses the open port.
         bench.driver.GoTo({9, -5, 2});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 2, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 2, kLongWaitMs);
         bench.driver.Stop();
         const int numResets = machine.NumResets();
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({0, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 3, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 3, kLongWaitMs);
         QCOMPARE(machine.NumResets(), numResets);
         // Who asks when the session is over moves nothing any more.
         bench.driver.Stop();
@@ -67,7 +67,7 @@ private slots:
         bench.settings.feed = 6000;
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({30, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         QVERIFY(bench.wasAtRest);
         QCOMPARE(textOf(machine.Place()), QByteArray("30.00 0.00 0.00"));
     }
@@ -93,7 +93,7 @@ private slots:
         Bench bench(machine);
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({12.7, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         QCOMPARE(textOf(machine.Place()), QByteArray("17.70 6.00 7.00"));
         QVERIFY(std::abs(bench.driver.Place()[0] - 12.7) < 0.02);
     }
@@ -157,7 +157,7 @@ private slots:
         set(bench.settings);
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({10, 0, 0});
-        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains(log.constData()), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains(log.constData()), kLongWaitMs);
         bench.driver.Stop();
         bench.driver.Close();
         QCOMPARE(machine.CountOf("G1") > 0, isMoveSent);
@@ -176,10 +176,10 @@ private slots:
             const QByteArray text = "X " + QByteArray::number(x);
             bench.driver.GoTo({x, 0, 0});
             QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains((text + " mm is outside the limits").constData()),
-                                     kPatienceMs);
+                                     kLongWaitMs);
         }
         bench.driver.GoTo({1, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         QCOMPARE(machine.CountOf("G1"), 1);
     }
 
@@ -194,13 +194,13 @@ private slots:
         bench.settings.isHoming = true;
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({-20, -1, -1});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         QCOMPARE(machine.CountOf("$H"), 1);
         QCOMPARE(machine.CountOf("$X"), 0);
         // Once is enough, and its travel counts from now on.
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({5, 0, 0});
-        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains("beyond the machine's travel"), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains("beyond the machine's travel"), kLongWaitMs);
         QCOMPARE(machine.CountOf("$H"), 1);
         QCOMPARE(machine.CountOf("G1 X5"), 0);
 
@@ -212,7 +212,7 @@ private slots:
         second.settings.isUnlocking = true;
         second.driver.Start(second.settings);
         second.driver.GoTo({1, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(second.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(second.numArrivals.load(), 1, kLongWaitMs);
         QCOMPARE(locked.CountOf("$X"), 1);
         QVERIFY(second.log.Contains("its position may be wrong"));
     }
@@ -242,11 +242,11 @@ private slots:
         Bench bench(machine, Bench::AlertTimes());
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({10, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         QCOMPARE(textOf(machine.Place()), QByteArray("10.00 0.00 0.00"));
         QVERIFY(bench.log.Contains("a line was lost"));
         bench.driver.GoTo({0, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 2, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 2, kLongWaitMs);
         QCOMPARE(textOf(machine.Place()), QByteArray("0.00 0.00 0.00"));
     }
 
@@ -262,21 +262,21 @@ private slots:
         bench.settings.feed = 3000;
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({1500, 0, 0});
-        QTRY_VERIFY_WITH_TIMEOUT(machine.Place()[0] > 5, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(machine.Place()[0] > 5, kLongWaitMs);
         bench.driver.Stop();
-        QTRY_VERIFY_WITH_TIMEOUT(machine.NumResets() > 1, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(machine.NumResets() > 1, kLongWaitMs);
         QVERIFY(!machine.IsMoving());
         // 50 mm/s are gone after 0.6 mm at 2000 mm/s2: it was at rest before the reset, and lost no step.
         QVERIFY(machine.Place()[0] - machine.HeldAtX() < 1);
         QCOMPARE(machine.NumHolds(), 1);
         QVERIFY(!bench.log.Contains("ALARM"));
         QTRY_VERIFY_WITH_TIMEOUT(std::abs(bench.driver.Place()[0] - (machine.Place()[0] - 30)) < 0.01,
-                                 kPatienceMs);
+                                 kLongWaitMs);
         QCOMPARE(bench.numArrivals.load(), 0);
         // The next session begins where it stands.
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({-30, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         QCOMPARE(textOf(machine.Place()), QByteArray("0.00 0.00 0.00"));
     }
 
@@ -293,20 +293,20 @@ private slots:
         CGrblResponder machine;
         machine.Run();
         MachineTimes times = Bench::HastyTimes();
-        times.banner = kPatienceMs;
+        times.banner = kLongWaitMs;
         times.silence = 700;
         Bench bench(machine, times);
         bench.settings.feed = 3000;
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({1500, 0, 0});
-        QTRY_VERIFY_WITH_TIMEOUT(machine.Place()[0] > 5, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(machine.Place()[0] > 5, kLongWaitMs);
         (isBabbling ? machine.IsBabbling : machine.IsMute) = true;
-        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains("controller silent"), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains("controller silent"), kLongWaitMs);
         // It is stopped though it does not answer.
-        QTRY_VERIFY_WITH_TIMEOUT(!machine.IsMoving(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!machine.IsMoving(), kLongWaitMs);
         QVERIFY(machine.Place()[0] < 1499);
         bench.driver.GoTo({1, 0, 0});
-        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains("not ready"), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains("not ready"), kLongWaitMs);
         bench.driver.Stop();
         // It speaks again: the next session connects anew. It was at rest when it was reset.
         machine.IsMute = false;
@@ -314,7 +314,7 @@ private slots:
         bench.settings.feed = 60000;
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({0, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
     }
 
     void stopsWhileItHomes()
@@ -326,10 +326,10 @@ private slots:
         Bench bench(machine);
         bench.settings.isHoming = true;
         bench.driver.Start(bench.settings);
-        QTRY_COMPARE_WITH_TIMEOUT(machine.CountOf("$H"), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(machine.CountOf("$H"), 1, kLongWaitMs);
         const int numResets = machine.NumResets();
         bench.driver.Stop();
-        QTRY_COMPARE_WITH_TIMEOUT(machine.NumResets(), numResets + 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(machine.NumResets(), numResets + 1, kLongWaitMs);
         QCOMPARE(bench.numArrivals.load(), 0);
     }
 
@@ -347,7 +347,7 @@ private slots:
         bench.settings.scanFeed = 6000;
         bench.driver.Start(bench.settings);
         bench.driver.Scan();
-        QTRY_COMPARE_WITH_TIMEOUT(bench.NumPoints(), 10, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.NumPoints(), 10, kLongWaitMs);
         // Where it was when it asked: there or a little further on its way.
         const double expected[] = {0, 5, 10, 15, 20, 20, 15, 10, 5, 0};
         for (int i = 0; i < 10; ++i) {
@@ -355,15 +355,15 @@ private slots:
             QVERIFY2(further > -0.1 && bench.points[i] > -0.1 && bench.points[i] < 20.1,
                      QByteArray::number(bench.points[i]));
         }
-        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains("the path is at its end"), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains("the path is at its end"), kLongWaitMs);
         // One move for each line, and one to its beginning.
         QCOMPARE(machine.CountOf("G1"), 4);
         QCOMPARE(machine.CountOf("G1 X20.000 Y0.000 Z0.000 F6000.0"), 1);
         bench.driver.Scan();
-        QTRY_VERIFY_WITH_TIMEOUT(bench.NumPoints() > 12, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(bench.NumPoints() > 12, kLongWaitMs);
         bench.driver.Stop();
         const int numPoints = bench.NumPoints();
-        QTRY_VERIFY_WITH_TIMEOUT(!machine.IsMoving(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!machine.IsMoving(), kLongWaitMs);
         QTest::qWait(30);
         QCOMPARE(bench.NumPoints(), numPoints);
     }

@@ -117,20 +117,20 @@ private slots:
         QSignalSpy ready(grbl.get(), &CMapperPluginStopAndGo::Ready);
         grbl->Start();
         moveTo(*grbl, 3);
-        QTRY_VERIFY_WITH_TIMEOUT(stageDialog(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(stageDialog(), kLongWaitMs);
         stageDialog()->findChild<QComboBox*>(QStringLiteral("stagePort"))->setEditText(machine.Port());
         QTest::mouseClick(stageDialog()->findChild<QPushButton*>(QStringLiteral("stageAccept")),
                           Qt::LeftButton);
         QVERIFY(!stageDialog());
         // The place asked for meanwhile is gone to.
-        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, kLongWaitMs);
         QCOMPARE(grbl->GetPosition().X(), 3.0);
         grbl->Stop();
         // It does not ask twice.
         grbl->Start();
         QVERIFY(!stageDialog());
         moveTo(*grbl, 0);
-        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 2, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 2, kLongWaitMs);
     }
 
     void refusedDialogLeavesThePageUsable()
@@ -138,7 +138,7 @@ private slots:
         const ThreadLog log;
         const auto scan = make<CMapperPluginOnTheFly>(GRBL_SCAN_PATH);
         scan->Start();
-        QTRY_VERIFY_WITH_TIMEOUT(stageDialog(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(stageDialog(), kLongWaitMs);
         QTest::mouseClick(stageDialog()->findChild<QPushButton*>(QStringLiteral("stageCancel")),
                           Qt::LeftButton);
         QVERIFY(!stageDialog());
@@ -148,7 +148,7 @@ private slots:
         // The end of the session takes the question away.
         const auto marlin = make<CMapperPluginStopAndGo>(MARLIN_PATH);
         marlin->Start();
-        QTRY_VERIFY_WITH_TIMEOUT(stageDialog(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(stageDialog(), kLongWaitMs);
         marlin->Stop();
         QVERIFY(!stageDialog());
     }
@@ -174,11 +174,11 @@ private slots:
         for (int round = 1; round <= 2; ++round) {
             grbl->Start();
             moveTo(*grbl, 1);
-            QTRY_COMPARE_WITH_TIMEOUT(ready.count(), round, kPatienceMs);
+            QTRY_COMPARE_WITH_TIMEOUT(ready.count(), round, kLongWaitMs);
             grbl->Stop();
             places.clear();
             scan->Start();
-            QTRY_COMPARE_WITH_TIMEOUT(places.size(), 3, kPatienceMs);
+            QTRY_COMPARE_WITH_TIMEOUT(places.size(), 3, kLongWaitMs);
             QCOMPARE(scan->GetOrientation().Yaw(), 30.0);
             scan->Stop();
         }
@@ -218,7 +218,7 @@ private slots:
                                  QStringLiteral("--wait"), QStringLiteral("30"), check.library});
         }
         for (Check& check : checks) {
-            QVERIFY(check.process.waitForFinished(3 * kPatienceMs));
+            QVERIFY(check.process.waitForFinished(3 * kLongWaitMs));
             const QByteArray output = check.process.readAll();
             QVERIFY2(check.process.exitStatus() == QProcess::NormalExit && check.process.exitCode() == 0,
                      output.constData());

@@ -44,7 +44,7 @@ private slots:
         bench.settings.offset = {100, 100, 0};
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({-10, 5, 10});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         QVERIFY(bench.wasAtRest);
         QCOMPARE(textOf(machine.Place()), QByteArray("90.00 105.00 10.00"));
         QCOMPARE(textOf(bench.driver.Place()), QByteArray("-10.00 5.00 10.00"));
@@ -54,11 +54,11 @@ private slots:
         QCOMPARE(machine.CountOf("M84"), 1);
         QCOMPARE(machine.CountOf("M18"), 0);
         bench.driver.GoTo({-10, 5, 10});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 2, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 2, kLongWaitMs);
         bench.driver.Stop();
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({0, 0, 9});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 3, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 3, kLongWaitMs);
         QCOMPARE(machine.CountOf("M115"), 1);
         verifyNoHeater(machine);
     }
@@ -76,7 +76,7 @@ private slots:
         bench.driver.Start(bench.settings);
         // At 16 mm/s2 it takes a second, where a hundredth was to be expected.
         bench.driver.GoTo({4, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         QCOMPARE(textOf(machine.Place()), QByteArray("4.00 0.00 0.00"));
         QVERIFY(machine.NumBusy() > 5);
         QCOMPARE(machine.CountOf("M400"), 1);
@@ -96,7 +96,7 @@ private slots:
         Bench bench(machine, times);
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({4, 0, 0});
-        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains("busy without end"), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains("busy without end"), kLongWaitMs);
         bench.driver.Close();
         QCOMPARE(bench.numArrivals.load(), 0);
     }
@@ -152,7 +152,7 @@ private slots:
         set(bench.settings);
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({10, 0, 0});
-        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains(log.constData()), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(bench.log.Contains(log.constData()), kLongWaitMs);
         bench.driver.Stop();
         bench.driver.Close();
         QCOMPARE(machine.CountOf("G1 ") > 0, isMoveSent);
@@ -168,10 +168,10 @@ private slots:
         bench.settings.isHoming = true;
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({3, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({4, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 2, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 2, kLongWaitMs);
         QCOMPARE(machine.CountOf("G28"), 1);
     }
 
@@ -203,13 +203,13 @@ private slots:
         Bench bench(machine, Bench::AlertTimes());
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({10, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         QCOMPARE(textOf(machine.Place()), QByteArray("10.00 0.00 0.00"));
         // The machine saw each line once.
         QCOMPARE(machine.CountOf("G1 "), 1);
         QVERIFY(bench.log.Contains("sending"));
         bench.driver.GoTo({0, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 2, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 2, kLongWaitMs);
         QCOMPARE(textOf(machine.Place()), QByteArray("0.00 0.00 0.00"));
     }
 
@@ -221,19 +221,19 @@ private slots:
         bench.settings.feed = 3000;
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({490, 0, 0});
-        QTRY_VERIFY_WITH_TIMEOUT(machine.Place()[0] > 5, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(machine.Place()[0] > 5, kLongWaitMs);
         bench.driver.Stop();
-        QTRY_VERIFY_WITH_TIMEOUT(!machine.IsMoving(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!machine.IsMoving(), kLongWaitMs);
         const double stoppedAt = machine.Place()[0];
         QVERIFY(stoppedAt < 489);
-        QTRY_VERIFY_WITH_TIMEOUT(std::abs(bench.driver.Place()[0] - stoppedAt) < 0.01, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(std::abs(bench.driver.Place()[0] - stoppedAt) < 0.01, kLongWaitMs);
         QCOMPARE(machine.CountOf("M410"), 1);
         QCOMPARE(bench.numArrivals.load(), 0);
         // Not even who asks late moves it again.
         bench.driver.GoTo({7, 7, 7});
         bench.driver.Start(bench.settings);
         bench.driver.GoTo({0, 0, 0});
-        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.numArrivals.load(), 1, kLongWaitMs);
         QCOMPARE(machine.CountOf("G1 X7"), 0);
         verifyNoHeater(machine);
     }

@@ -27,7 +27,7 @@ IioBench::~IioBench()
 
 QSharedPointer<CInstrument> IioBench::Listed(int count)
 {
-    if (!QTest::qWaitFor([this, count] { return m_driver->Instruments().size() == count; }, kPatienceMs))
+    if (!QTest::qWaitFor([this, count] { return m_driver->Instruments().size() == count; }, kLongWaitMs))
         return {};
     return m_driver->Instruments().value(0);
 }

@@ -65,7 +65,7 @@ void IioDeviceTest::noDevice()
     IioBench bench;
     QVERIFY(bench.Driver().Instruments().isEmpty());
     QTRY_VERIFY_WITH_TIMEOUT(bench.HasLogged("There is no magnetometer of three axes at local:"),
-                             kPatienceMs);
+                             kLongWaitMs);
 
     // A device of two axes is none, and one that comes later is found.
     FakeMagnetometer flat(1, QStringLiteral("1-000e"));
@@ -104,7 +104,7 @@ void IioDeviceTest::buffered()
     // Blocks that end in the midst of what is fetched at once.
     session.Configure(CTrigger::CONTINUOUS, 400, 37, 10);
     instrument->StartMeasurement();
-    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 3, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 3, kLongWaitMs);
     auto samples = session.Samples();
     QVERIFY(firstCountingScan(samples) >= 0);
     QVERIFY(isNear(static_cast<double>(samples.first()->dB()), kCount / 2));
@@ -116,10 +116,10 @@ void IioDeviceTest::buffered()
     // 150 Hz there is not.
     session.blocks.clear();
     session.Configure(CTrigger::CONTINUOUS, 150, 37, 4);
-    QTRY_COMPARE_WITH_TIMEOUT(session.parameters.AcquisitionRate(), 200.0, kPatienceMs);
-    QTRY_COMPARE_WITH_TIMEOUT(device.Text("sampling_frequency"), QByteArray("200"), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(session.parameters.AcquisitionRate(), 200.0, kLongWaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(device.Text("sampling_frequency"), QByteArray("200"), kLongWaitMs);
     const int former = session.blocks.size();
-    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= former + 4, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= former + 4, kLongWaitMs);
     instrument->StopMeasurement();
     for (const auto& block : qAsConst(session.blocks))
         QVERIFY(firstCountingScan(block->Results) >= 0);
@@ -137,7 +137,7 @@ void IioDeviceTest::buffered()
     QCOMPARE(instrument->AcquisitionRateBound()->Max(), 400.0);
     instrument->Disconnect();
     QVERIFY(!instrument->IsConnected());
-    QTRY_COMPARE_WITH_TIMEOUT(device.Text("buffer/enable"), QByteArray("0"), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(device.Text("buffer/enable"), QByteArray("0"), kLongWaitMs);
 }
 
 // The kernel's own times, with a gap that stays one; big-endian counts of 24 bits.
@@ -173,9 +173,9 @@ void IioDeviceTest::scansWithTimes()
     session.parameters.SetUnits(CUnits::MICRO_TESLA);
     session.Configure(CTrigger::CONTINUOUS, 800, 50, 16);
     instrument->StartMeasurement();
-    QTRY_VERIFY_WITH_TIMEOUT(!session.blocks.isEmpty(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!session.blocks.isEmpty(), kLongWaitMs);
     mustPause = true;
-    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 8, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 8, kLongWaitMs);
     instrument->StopMeasurement();
     const auto samples = session.Samples();
     const int first = firstCountingScan(samples);
@@ -238,7 +238,7 @@ void IioDeviceTest::polled()
     session.parameters.SetUnits(CUnits::MICRO_TESLA);
     session.Configure(CTrigger::CONTINUOUS, 50, 5, 10);
     instrument->StartMeasurement();
-    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 3, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 3, kLongWaitMs);
     instrument->StopMeasurement();
     // -1234, 512 and 2900 counts of 0.000146 gauss, a gauss being 100 microtesla.
     const auto samples = session.Samples();
@@ -261,7 +261,7 @@ void IioDeviceTest::polled()
         instrument->StartMeasurement();
         act();
         const bool hasCome =
-            QTest::qWaitFor([&session, count] { return session.blocks.size() >= count; }, kPatienceMs);
+            QTest::qWaitFor([&session, count] { return session.blocks.size() >= count; }, kLongWaitMs);
         instrument->StopMeasurement();
         return hasCome && session.blocks.first()->Results.size() == 5;
     };
@@ -336,7 +336,7 @@ void IioDeviceTest::values()
     session.parameters.SetUnits(CUnits::MICRO_TESLA);
     session.Configure(CTrigger::IMMEDIATE, 50, 1, 50);
     instrument->StartMeasurement();
-    QTRY_VERIFY_WITH_TIMEOUT(!session.blocks.isEmpty(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!session.blocks.isEmpty(), kLongWaitMs);
     QVERIFY(isNear(field(*session.blocks.first(), bx), x));
     QVERIFY(isNear(field(*session.blocks.first(), by), y));
     QVERIFY(isNear(field(*session.blocks.first(), bz), z));
@@ -448,17 +448,17 @@ void IioDeviceTest::twoDevicesOneVanishes()
         session->instrument->StartMeasurement();
     }
     QTRY_VERIFY_WITH_TIMEOUT(sessionOfOne.blocks.size() >= 2 && sessionOfOther.blocks.size() >= 2,
-                             kPatienceMs);
+                             kLongWaitMs);
 
     // The buffer itself tells nothing: the tree of devices does.
     first.Unplug();
-    QTRY_COMPARE_WITH_TIMEOUT(bench.Driver().Instruments().size(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(bench.Driver().Instruments().size(), 1, kLongWaitMs);
     QVERIFY(!one->IsConnected());
     QCOMPARE(one->StatusString(), QStringLiteral("The magnetometer local: iio:device0 is gone"));
     QVERIFY(bench.HasLogged("The magnetometer local: iio:device0 is gone"));
     QVERIFY(firstCountingScan(sessionOfOne.Samples()) >= 0);
     sessionOfOther.blocks.clear();
-    QTRY_VERIFY_WITH_TIMEOUT(sessionOfOther.blocks.size() >= 2, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(sessionOfOther.blocks.size() >= 2, kLongWaitMs);
     QVERIFY(firstCountingScan(sessionOfOther.Samples(), 0.1) >= 0);
 
     // It comes back as what it was, and the other one is still the same object.
@@ -480,9 +480,9 @@ void IioDeviceTest::vanishesWhilePolled()
     Session session(instrument);
     session.Configure(CTrigger::CONTINUOUS, 50, 5, 10);
     instrument->StartMeasurement();
-    QTRY_VERIFY_WITH_TIMEOUT(!session.blocks.isEmpty(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!session.blocks.isEmpty(), kLongWaitMs);
     device.Unplug();
-    QTRY_VERIFY_WITH_TIMEOUT(bench.Driver().Instruments().isEmpty(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(bench.Driver().Instruments().isEmpty(), kLongWaitMs);
     QVERIFY(!instrument->IsConnected());
     QVERIFY(!instrument->IsRunning());
     QCOMPARE(instrument->StatusString(), QStringLiteral("The magnetometer local: iio:device0 is gone"));

@@ -51,7 +51,7 @@ void IioNetworkTest::initTestCase()
     m_daemon.setStandardOutputFile(QProcess::nullDevice());
     m_daemon.setStandardErrorFile(QProcess::nullDevice());
     m_daemon.start(program, QStringList());
-    QTRY_VERIFY_WITH_TIMEOUT(isListening(kPort), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(isListening(kPort), kLongWaitMs);
 }
 
 void IioNetworkTest::cleanupTestCase()
@@ -78,7 +78,7 @@ void IioNetworkTest::buffered()
     session.parameters.SetUnits(CUnits::MICRO_TESLA);
     session.Configure(CTrigger::CONTINUOUS, 400, 20, 20);
     instrument->StartMeasurement();
-    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 5, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 5, kLongWaitMs);
     instrument->StopMeasurement();
     const auto samples = session.Samples();
     QVERIFY(firstCountingScan(samples) >= 0);
@@ -86,7 +86,7 @@ void IioNetworkTest::buffered()
                             (samples.size() - 1);
     QVERIFY2(std::abs(periodMs / 2.5 - 1) < 0.35, qPrintable(QString::number(periodMs)));
     instrument->Disconnect();
-    QTRY_COMPARE_WITH_TIMEOUT(m_device->Text("buffer/enable"), QByteArray("0"), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_device->Text("buffer/enable"), QByteArray("0"), kLongWaitMs);
 }
 
 void IioNetworkTest::polled()
@@ -99,7 +99,7 @@ void IioNetworkTest::polled()
     session.parameters.SetUnits(CUnits::MICRO_TESLA);
     session.Configure(CTrigger::CONTINUOUS, 50, 5, 10);
     instrument->StartMeasurement();
-    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 2, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 2, kLongWaitMs);
     const auto samples = session.Samples();
     for (const auto& sample : samples) {
         QVERIFY(isNear(static_cast<double>(sample->Bx()), -18.0164));
@@ -112,7 +112,7 @@ void IioNetworkTest::refused()
 {
     IioBench bench(settingsFor(1, {}));
     QTRY_VERIFY_WITH_TIMEOUT(
-        bench.HasLogged("The context ip:127.0.0.1:1 cannot be opened: Connection refused"), kPatienceMs);
+        bench.HasLogged("The context ip:127.0.0.1:1 cannot be opened: Connection refused"), kLongWaitMs);
     QVERIFY(bench.Driver().Instruments().isEmpty());
 }
 
@@ -138,7 +138,7 @@ void IioNetworkTest::wayThatFreezes()
         auto session = std::make_unique<Session>(instrument);
         session->Configure(CTrigger::CONTINUOUS, 100, 10, 10);
         instrument->StartMeasurement();
-        QTRY_VERIFY_WITH_TIMEOUT(!session->blocks.isEmpty(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!session->blocks.isEmpty(), kLongWaitMs);
         relay->SetFrozen(true);
         // What was on its way arrives; then nothing does.
         const auto hasDried = [&session] {
@@ -146,7 +146,7 @@ void IioNetworkTest::wayThatFreezes()
             QTest::qWait(250);
             return session->blocks.size() == count;
         };
-        QTRY_VERIFY_WITH_TIMEOUT(hasDried(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(hasDried(), kLongWaitMs);
 
         QElapsedTimer elapsed;
         elapsed.start();
@@ -162,7 +162,7 @@ void IioNetworkTest::wayThatFreezes()
     }
     // What was left behind ends when the way is cut.
     relay.reset();
-    QTRY_COMPARE_WITH_TIMEOUT(threadCount(), numThreads, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(threadCount(), numThreads, kLongWaitMs);
 }
 
 // Without a Stop the silence is noticed, the magnetometer is taken out of the list, and it comes back.
@@ -175,7 +175,7 @@ void IioNetworkTest::freezesUnnoticed()
     QVERIFY2(instrument->Connect(), qPrintable(bench.Log()));
     const QString identity = instrument->SerialNumber();
     relay.SetFrozen(true);
-    QTRY_VERIFY_WITH_TIMEOUT(bench.Driver().Instruments().isEmpty(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(bench.Driver().Instruments().isEmpty(), kLongWaitMs);
     QVERIFY(!instrument->IsConnected());
     QCOMPARE(
         instrument->StatusString(),

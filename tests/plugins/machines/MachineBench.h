@@ -55,12 +55,12 @@ public:
     static MachineTimes PatientTimes()
     {
         MachineTimes times;
-        times.banner = kPatienceMs;
-        times.answer = kPatienceMs;
-        times.silence = kPatienceMs;
-        times.homing = kPatienceMs;
-        times.stall = kPatienceMs;
-        times.halt = kPatienceMs;
+        times.banner = kLongWaitMs;
+        times.answer = kLongWaitMs;
+        times.silence = kLongWaitMs;
+        times.homing = kLongWaitMs;
+        times.stall = kLongWaitMs;
+        times.halt = kLongWaitMs;
         times.poll = 15;
         times.quiet = 30;
         return times;

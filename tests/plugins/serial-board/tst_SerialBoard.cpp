@@ -62,7 +62,7 @@ bool waitFor(const std::function<bool()>& isDone)
 {
     QElapsedTimer waited;
     waited.start();
-    while (!isDone() && waited.elapsed() < kPatienceMs) {
+    while (!isDone() && waited.elapsed() < kLongWaitMs) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
         QThread::msleep(2);
     }
@@ -279,7 +279,7 @@ private slots:
         const double rate = instrument->AcquisitionRateBound()->Default();
         session.Configure(CTrigger::CONTINUOUS, rate, 10, rate / 10);
         instrument->StartMeasurement();
-        QTRY_VERIFY_WITH_TIMEOUT(session.Samples().size() >= 330, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(session.Samples().size() >= 330, kLongWaitMs);
         instrument->StopMeasurement();
 
         const auto samples = session.Samples();
@@ -330,13 +330,13 @@ private slots:
         auto session = std::make_unique<Session>(instrument);
         session->Configure(CTrigger::CONTINUOUS, 286, 10, 28.6);
         instrument->StartMeasurement();
-        QTRY_VERIFY_WITH_TIMEOUT(!session->blocks.isEmpty(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!session->blocks.isEmpty(), kLongWaitMs);
 
         QSignalSpy updated(m_driver->Provider(), &CInstrumentListProvider::InstrumentListUpdated);
         m_board->Unplug();
         QVERIFY(updated.wait());
         QVERIFY(m_driver->Instruments().isEmpty());
-        QTRY_VERIFY_WITH_TIMEOUT(!instrument->IsConnected(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!instrument->IsConnected(), kLongWaitMs);
         QVERIFY(!instrument->IsRunning());
         instrument->Disconnect();
         const QPointer<CInstrument> old = instrument.data();
@@ -356,7 +356,7 @@ private slots:
         Session second(again);
         second.Configure(CTrigger::CONTINUOUS, 286, 10, 28.6);
         again->StartMeasurement();
-        QTRY_VERIFY_WITH_TIMEOUT(!second.blocks.isEmpty(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!second.blocks.isEmpty(), kLongWaitMs);
         QCOMPARE(m_driver->Instruments().value(0), again);
     }
 
@@ -374,13 +374,13 @@ private slots:
 
         // Another rate than the board's own is corrected.
         session.Configure(CTrigger::CONTINUOUS, 1000, 100, 10);
-        QTRY_COMPARE_WITH_TIMEOUT(session.parameters.AcquisitionRate(), rate(), kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(session.parameters.AcquisitionRate(), rate(), kLongWaitMs);
         QVERIFY(session.parameters.ApplyConfiguration());
 
         session.Configure(CTrigger::IMMEDIATE, rate(), 20, rate() / 20);
         QCOMPARE(session.parameters.ImmediateAcquisitionRate(), rate());
         instrument->StartMeasurement();
-        QTRY_VERIFY_WITH_TIMEOUT(!instrument->IsRunning(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!instrument->IsRunning(), kLongWaitMs);
         QCOMPARE(session.blocks.size(), 1);
         QCOMPARE(session.blocks.first()->Results.size(), 20);
 
@@ -393,7 +393,7 @@ private slots:
             session.Configure(CTrigger::TIMER, rate(), 10, 5);
             instrument->StartMeasurement();
         } while (session.parameters.DisplayRate() != 5);
-        QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 3, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 3, kLongWaitMs);
         instrument->StopMeasurement();
         const double periodS = 1e-9 * static_cast<double>(epochNs(*session.blocks.at(2)->Results.first()) -
                                                           epochNs(*session.blocks.at(1)->Results.first()));
@@ -406,14 +406,14 @@ private slots:
         session.Configure(CTrigger::EXTERNAL, rate(), 10, rate() / 10);
         instrument->StartMeasurement();
         emit trigger.Trigger();
-        QTRY_COMPARE_WITH_TIMEOUT(session.blocks.size(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(session.blocks.size(), 1, kLongWaitMs);
         // While a block is taken others are lost.
         instrument->SendTrigger();
         instrument->SendTrigger();
         emit trigger.Trigger();
-        QTRY_COMPARE_WITH_TIMEOUT(session.blocks.size(), 2, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(session.blocks.size(), 2, kLongWaitMs);
         instrument->SendTrigger();
-        QTRY_COMPARE_WITH_TIMEOUT(session.blocks.size(), 3, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(session.blocks.size(), 3, kLongWaitMs);
         instrument->StopMeasurement();
         instrument->StopMeasurement();
         session.parameters.SetTriggerPlugin(nullptr);
@@ -424,13 +424,13 @@ private slots:
         const double full = rate();
         session.parameters.SetAveraging(5);
         const double fifth = QString::number(full / 5, 'g', 6).toDouble();
-        QTRY_COMPARE_WITH_TIMEOUT(session.parameters.AcquisitionRate(), fifth, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(session.parameters.AcquisitionRate(), fifth, kLongWaitMs);
         QCOMPARE(rate(), fifth);
         QCOMPARE(instrument->AcquisitionRateBound()->Min(), fifth);
         QCOMPARE(instrument->AcquisitionRateBound()->Max(), fifth);
         session.Configure(CTrigger::CONTINUOUS, fifth, 8, fifth / 8);
         instrument->StartMeasurement();
-        QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 2, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(session.blocks.size() >= 2, kLongWaitMs);
         instrument->StopMeasurement();
         const auto means = session.Samples();
         const double stepS = 1e-9 * static_cast<double>(epochNs(*means.at(10)) - epochNs(*means.at(0))) / 10;
@@ -475,7 +475,7 @@ private slots:
             instrument->StopMeasurement();
             return instrument->AcquisitionRateBound()->Default();
         };
-        QTRY_VERIFY_WITH_TIMEOUT(std::abs(refine() * 1.009 / kRate - 1) < 0.003, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(std::abs(refine() * 1.009 / kRate - 1) < 0.003, kLongWaitMs);
         m_board->Stop();
         const double rate = refine();
         QCOMPARE(instrument->AcquisitionRateBound()->Min(), rate);

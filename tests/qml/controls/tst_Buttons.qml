@@ -240,7 +240,7 @@ Item {
             compare(image.width, 24);
             compare(image.height, 24);
             compare(button.ToolTip.text, "Zoom in");
-            compare(button.ToolTip.delay, 1000);
+            compare(findChild(button, "hoverDelay").interval, 1000);
         }
 
         function test_statusBarButton() {
@@ -250,7 +250,7 @@ Item {
             compare(image.sourceSize, Qt.size(20, 20));
             compare(image.width, 20);
             compare(button.ToolTip.text, "Help");
-            compare(button.ToolTip.delay, 1000);
+            compare(findChild(button, "hoverDelay").interval, 1000);
             compare(button.ToolTip.timeout, 5000);
             const larger = make(statusBarButton, {sourceSize: 30});
             compare(larger.contentItem.children[0].width, 30);

@@ -81,7 +81,7 @@ Item {
 
         function test_toolTip() {
             make({toolTipText: "A side file"});
-            compare(box.ToolTip.delay, 500);
+            compare(findChild(box, "hoverDelay").interval, 500);
             compare(box.ToolTip.text, "A side file");
             mouseMove(labelItem(), 5, 5);
             tryCompare(box.ToolTip, "visible", true, 30000);

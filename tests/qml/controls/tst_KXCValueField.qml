@@ -474,7 +474,7 @@ Item {
 
         function test_toolTipComesAfterASecond() {
             make({value: 1, toolTipText: "Min = 1"});
-            compare(input.ToolTip.delay, 1000);
+            compare(findChild(input, "hoverDelay").interval, 1000);
             compare(input.ToolTip.text, "Min = 1");
             mouseMove(input, 5, 5);
             tryCompare(input.ToolTip, "visible", true, 30000);
@@ -485,7 +485,7 @@ Item {
         // A tool tip that is due on a page that is gone finds no window.
         function test_noToolTipOutsideOfAWindow() {
             make({value: 1, toolTipText: "Min = 1"});
-            input.ToolTip.delay = 1;
+            findChild(input, "hoverDelay").interval = 1;
             mouseMove(input, 5, 5);
             tryCompare(input.ToolTip, "visible", true, 30000);
             field.parent = null;
