@@ -418,6 +418,8 @@ void tst_EndToEndMapping::moverAndAlarm()
     pagePart("AlarmParametersViewModel")->setProperty("SelectedStateIndex", 3);
     QTRY_VERIFY(driver().IsVisible(QStringLiteral("outOfBoundsWarning")));
 
+    QVERIFY(driver().IsVisible(QStringLiteral("parametersPanel")));
+    QVERIFY(!driver().IsVisible(QStringLiteral("filterBox")));
     openTab("plotTab", "filterBox");
     QVERIFY(isInside("filterBox", "parametersPanel"));
     driver().Window()->resize(954, 698);
