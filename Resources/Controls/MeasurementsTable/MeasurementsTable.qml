@@ -65,9 +65,10 @@ ColumnLayout {
 
         property int turns: 0
 
+        // Not from the front: rows may come faster than that.
         function begin() {
             turns = 0;
-            restart();
+            start();
         }
 
         interval: 100

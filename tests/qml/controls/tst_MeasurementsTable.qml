@@ -44,7 +44,17 @@ Item {
         }
     }
 
+    Timer {
+        id: fastRows
+
+        interval: 20
+        repeat: true
+        onTriggered: testCase.table.rowCountChanged()
+    }
+
     TestCase {
+        id: testCase
+
         property MeasurementsTable view: null
         property Item table: null
 
@@ -194,6 +204,14 @@ Item {
             tryCompare(columns()[0], "width", 180 + Math.floor((700 - 610) / 8), 30000);
             view.width = 500;
             tryCompare(columns()[0], "width", 180, 30000);
+        }
+
+        function test_widthFollowsWhileRowsComeFast() {
+            make(3);
+            view.width = 700;
+            fastRows.start();
+            tryCompare(columns()[0], "width", 180 + Math.floor((700 - 610) / 8));
+            fastRows.stop();
         }
 
         function test_comment() {
