@@ -161,7 +161,7 @@ Scatter3D {
     shadowQuality: AbstractGraph3D.ShadowQualitySoftLow
     // The floor as wide as leaves its front corner on screen at the camera of a new installation, and its short side
     // as long as the labels along it need.
-    aspectRatio: 1.6
+    aspectRatio: 1.4
     horizontalAspectRatio: Math.min(Math.max((axisX.max - axisX.min) / (axisZ.max - axisZ.min), 0.5), 2)
     selectionMode: AbstractGraph3D.SelectionNone
 
