@@ -8,6 +8,7 @@
 
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
 #include <QQmlExpression>
@@ -58,9 +59,15 @@ private:
                                  .arg(qRound(width * screen->devicePixelRatio()))
                                  .arg(qRound(height * screen->devicePixelRatio()));
         const auto texts = [](const char* list) { return QString::fromLatin1(list).split(QLatin1Char(' ')); };
-        return QProcess::execute(QStringLiteral("xprop"),
-                                 texts("-root -f _NET_WORKAREA 32c -set _NET_WORKAREA") << area) == 0 &&
-               QTest::qWaitFor([&] { return screen->availableVirtualSize() == QSize(width, height); });
+        QProcess xprop;
+        // What sanitizers load into the test would look for leaks in that program, too.
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("LD_PRELOAD"));
+        xprop.setProcessEnvironment(environment);
+        xprop.start(QStringLiteral("xprop"), texts("-root -f _NET_WORKAREA 32c -set _NET_WORKAREA") << area);
+        return xprop.waitForFinished() && xprop.exitCode() == 0 &&
+               QTest::qWaitFor([&] { return screen->availableVirtualSize() == QSize(width, height); },
+                               kLongWaitMs);
     }
 
     /// What a row of the log dialog shows: level, message, background, image, its colour.
